@@ -1,0 +1,271 @@
+#pragma once
+// Internal classes of the engine's workbook side. Not for use outside src/xlsx.
+#include <map>
+#include <memory>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include <pugixml.hpp>
+
+#include "host/workbook.h"
+#include "xlsx/engine.h"
+#include "xlsx/package.h"
+#include "xlsx/references.h"
+
+namespace xlsx {
+
+class Book;
+class SheetImpl;
+class AppImpl;
+
+inline constexpr long kMaxRows = 1048576;
+inline constexpr long kMaxCols = 16384;
+inline constexpr long kMaxCellText = 32767;
+
+[[noreturn]] void Refuse(const std::string& description);  // host::Error 1004
+
+// ---------------------------------------------------------------- shared strings
+
+class SharedStrings {
+public:
+    SharedStrings(Package& pkg, std::string part);
+    const std::string& Text(size_t index);  // plain text of an item, rich runs joined
+    size_t Add(const std::string& text);    // index of an equal plain item, or a new one
+    void Flush();                           // writes the counts of an edited table
+
+private:
+    void Load();
+    Package& pkg_;
+    std::string part_;
+    bool loaded_ = false;
+    bool added_ = false;
+    std::vector<std::string> texts_;
+    std::unordered_map<std::string, size_t> plain_;  // plain items only: rich ones are never reused
+};
+
+// ---------------------------------------------------------------- styles
+
+class Styles {
+public:
+    Styles(Package& pkg, std::string part);
+    std::string FormatCode(long xf);            // the number format of a cell style
+    long WithFormat(long xf, const std::string& code);  // a cell style like xf with another format
+    long Palette(long index);                   // Colors(1..56)
+    void SetPalette(long index, long rgb);
+    void ResetPalette();
+    std::string DefaultFontName();
+    double DefaultFontSize();
+
+private:
+    pugi::xml_node Root(bool edit);
+    void LoadFormats();
+    Package& pkg_;
+    std::string part_;
+    bool loaded_ = false;
+    std::map<long, std::string> custom_;  // numFmtId -> code
+    std::vector<long> xfFormat_;          // cellXfs index -> numFmtId
+};
+
+// ---------------------------------------------------------------- cells
+
+// A worksheet's cells, indexed over the sheet's XML DOM, which stays the one truth: edits go
+// into the DOM so that attributes and elements the engine doesn't know survive.
+struct RowEntry {
+    pugi::xml_node node;
+    std::vector<std::pair<long, pugi::xml_node>> cells;  // by column, ascending
+};
+
+class SheetImpl : public host::Worksheet, public std::enable_shared_from_this<SheetImpl> {
+public:
+    SheetImpl(Book& book, std::string part, bool chartsheet);
+
+    // host::Sheet
+    std::string Name() override;
+    void SetName(const std::string& name) override;
+    long Visible() override;
+    void SetVisible(long v) override;
+    long Index() override;
+    long Type() override;
+    void Activate() override;
+    void Delete() override;
+    host::Ref<host::Workbook> Parent() override;
+
+    // host::Worksheet
+    host::Ref<host::Range> Cells(long row, long column) override;
+    host::Ref<host::Range> Cells() override;
+    host::Ref<host::Range> Range(const std::string& address) override;
+    host::Ref<host::Range> Range(host::Ref<host::Range> cell1, host::Ref<host::Range> cell2) override;
+    host::Ref<host::Range> Rows(long row) override;
+    host::Ref<host::Range> Columns(long column) override;
+    host::Ref<host::Range> UsedRange() override;
+    host::Ref<host::Shapes> Shapes() override;
+    host::Ref<host::ChartObjects> ChartObjects() override;
+    host::Ref<host::ChartObject> ChartObjects(const host::Variant& indexOrName) override;
+    double StandardWidth() override;
+    double StandardHeight() override;
+
+    // Engine side
+    const std::string& Part() const { return part_; }
+    bool IsChartsheet() const { return chartsheet_; }
+    host::Variant CellValue(long row, long col);
+    std::string CellFormula(long row, long col);  // without '=', "" if none
+    std::string CellText(long row, long col);
+    std::string CellFormat(long row, long col);
+    void SetCellValue(long row, long col, const host::Variant& v);
+    void SetCellFormula(long row, long col, const std::string& formula);
+    void SetCellFormat(long row, long col, const std::string& code);
+    void ClearCell(long row, long col, bool formats);
+    // Moves rows as an insert (count > 0 before row at) or delete (count < 0 from row at).
+    void ShiftRows(long at, long count);
+    // Rewrites references after a row change anywhere in the workbook.
+    void FollowRowShift(const RowShift& shift);
+    void SortRows(long r1, long c1, long r2, long c2, long keyCol, bool descending, bool matchCase);
+    bool Used(long& r1, long& c1, long& r2, long& c2);
+    // Column widths and row heights in points, for positions.
+    double ColumnWidthPoints(long col);
+    double RowHeightPoints(long row);
+    void SetColumnWidthChars(long c1, long c2, double chars);
+    void SetRowHeightPoints(long r1, long r2, double points);
+    double ColumnWidthChars(long col);
+    // Before a save: tabSelected of the sheet view (written only when it changed) and, for an
+    // edited sheet, the dimension.
+    void PrepareSave(bool selected);
+    Book& book() { return book_; }
+
+private:
+    pugi::xml_node Root(bool edit);
+    void BuildIndex();
+    pugi::xml_node FindCell(long row, long col);
+    pugi::xml_node MakeCell(long row, long col);
+    pugi::xml_node SheetData();
+    void LoadCols();
+
+    Book& book_;
+    std::string part_;
+    bool chartsheet_;
+    bool indexed_ = false;
+    std::map<long, RowEntry> rows_;
+    bool colsLoaded_ = false;
+    struct ColSpec { long min, max; double width; bool custom; };
+    std::vector<ColSpec> cols_;
+    double defaultColWidth_ = -1, defaultRowHeight_ = 15;
+};
+
+// ---------------------------------------------------------------- workbook
+
+struct SheetEntry {
+    pugi::xml_node node;  // <sheet> in workbook.xml
+    std::shared_ptr<SheetImpl> sheet;
+};
+
+class Book : public host::Workbook, public std::enable_shared_from_this<Book> {
+public:
+    Book(AppImpl& app, std::unique_ptr<Package> pkg, std::string path);
+
+    host::Ref<host::Application> Application() override;
+    std::string Name() override;
+    std::string FullName() override;
+    host::Ref<host::Sheets> Sheets() override;
+    host::Ref<host::Worksheets> Worksheets() override;
+    host::Ref<host::Sheet> ActiveSheet() override;
+    host::Ref<host::Names> Names() override;
+    bool ProtectStructure() override;
+    void Protect(const std::string& password, bool structure, bool windows) override;
+    void Unprotect(const std::string& password) override;
+    bool MultiUserEditing() override;
+    long Colors(long index) override;
+    void SetColors(long index, long rgb) override;
+    void ResetColors() override;
+    void Save() override;
+    void SaveAs(const std::string& path) override;
+
+    // Engine side
+    Package& pkg() { return *pkg_; }
+    AppImpl& app() { return app_; }
+    SharedStrings& strings();
+    Styles& styles();
+    const std::string& WorkbookPart() const { return wbPart_; }
+    std::vector<SheetEntry>& SheetList() { return sheets_; }
+    std::shared_ptr<SheetImpl> SheetAt(long index);  // 1-based, any kind
+    std::shared_ptr<SheetImpl> SheetNamed(const std::string& name);  // nullptr when absent
+    long IndexOf(const SheetImpl* sheet);
+    std::string SheetName(const SheetImpl* sheet);
+    void RenameSheet(SheetImpl* sheet, const std::string& name);
+    long SheetState(const SheetImpl* sheet);
+    void SetSheetState(SheetImpl* sheet, long state);
+    void ActivateSheet(SheetImpl* sheet);
+    void DeleteSheet(SheetImpl* sheet);
+    std::shared_ptr<SheetImpl> AddSheet(long position);  // 0-based position in the tab order
+    void ApplyRowShift(const RowShift& shift);
+    void SetProtectStructure(bool on);
+    void SetMultiUserEditing(bool on);
+    pugi::xml_node WorkbookRoot(bool edit);
+    void MarkCalcOnLoad();
+
+private:
+    void LoadSheets();
+    void CheckSheetName(const std::string& name, const SheetImpl* except);
+
+    AppImpl& app_;
+    std::unique_ptr<Package> pkg_;
+    std::string path_;
+    std::string wbPart_;
+    std::vector<SheetEntry> sheets_;
+    long activeTab_ = 0;
+    std::unique_ptr<SharedStrings> strings_;
+    std::unique_ptr<Styles> styles_;
+    bool shared_ = false;
+};
+
+// ---------------------------------------------------------------- application
+
+class AppImpl : public EngineApplication, public std::enable_shared_from_this<AppImpl> {
+public:
+    explicit AppImpl(EngineOptions options) : options_(std::move(options)) {}
+
+    host::Ref<host::Workbook> ActiveWorkbook() override;
+    host::Ref<host::Chart> ActiveChart() override;
+    host::Ref<host::Window> ActiveWindow() override;
+    std::string Version() override { return options_.version; }
+    bool Interactive() override { return interactive_; }
+    void SetInteractive(bool v) override;
+    bool ScreenUpdating() override { return screenUpdating_; }
+    void SetScreenUpdating(bool v) override { screenUpdating_ = v; }
+    bool DisplayAlerts() override { return displayAlerts_; }
+    void SetDisplayAlerts(bool v) override { displayAlerts_ = v; }
+    long Calculation() override { return calculation_; }
+    void SetCalculation(long v) override;
+    std::string StandardFont() override;
+    double StandardFontSize() override;
+    long Cursor() override { return cursor_; }
+    void SetCursor(long v) override { cursor_ = v; }
+    host::Variant Run(const std::string& macro, const std::vector<host::Variant>& args) override;
+
+    host::Ref<host::Workbook> Open(const std::string& path) override;
+    host::Ref<host::Workbook> NewWorkbook() override;
+    void Close(host::Ref<host::Workbook> workbook) override;
+    void SetMacro(const std::string& name, MacroHandler handler) override;
+    void SetMultiUserEditing(host::Ref<host::Workbook> workbook, bool shared) override;
+    void SetCellEditMode(bool editing) override { editing_ = editing; }
+
+    host::Ref<AppImpl> self() { return shared_from_this(); }
+
+private:
+    EngineOptions options_;
+    std::shared_ptr<Book> active_;
+    bool interactive_ = true, screenUpdating_ = true, displayAlerts_ = true, editing_ = false;
+    long calculation_ = -4105;
+    long cursor_ = -4143;
+    std::map<std::string, MacroHandler> macros_;  // keys upper-cased
+    std::shared_ptr<host::Window> window_;
+};
+
+// A Range over one sheet; rows and columns may be entire (Rows(n), EntireRow).
+std::shared_ptr<host::Range> MakeRange(std::shared_ptr<SheetImpl> sheet, long r1, long c1, long r2, long c2,
+                                       int unit = 0 /* 0 cells, 1 rows, 2 columns */);
+
+// "Sheet1!$A$1:$C$3", "'My Sheet'!A1" -> sheet name and corners; false when not a single area.
+bool ParseAreaRef(std::string_view text, std::string& sheet, long& r1, long& c1, long& r2, long& c2);
+
+}  // namespace xlsx

@@ -1,0 +1,32 @@
+#pragma once
+// Namespaces, content types and relationship types of the parts the engine reads and writes.
+
+namespace xlsx {
+
+namespace ns {
+inline constexpr const char* kMain = "http://schemas.openxmlformats.org/spreadsheetml/2006/main";
+inline constexpr const char* kRel = "http://schemas.openxmlformats.org/officeDocument/2006/relationships";
+}  // namespace ns
+
+namespace ct {
+inline constexpr const char* kWorkbook = "application/vnd.openxmlformats-officedocument.spreadsheetml.sheet.main+xml";
+inline constexpr const char* kWorksheet = "application/vnd.openxmlformats-officedocument.spreadsheetml.worksheet+xml";
+inline constexpr const char* kStyles = "application/vnd.openxmlformats-officedocument.spreadsheetml.styles+xml";
+inline constexpr const char* kSharedStrings = "application/vnd.openxmlformats-officedocument.spreadsheetml.sharedStrings+xml";
+}  // namespace ct
+
+namespace rel {
+#define PS_REL "http://schemas.openxmlformats.org/officeDocument/2006/relationships/"
+inline constexpr const char* kOfficeDocument = PS_REL "officeDocument";
+inline constexpr const char* kOfficeDocumentStrict = "http://purl.oclc.org/ooxml/officeDocument/relationships/officeDocument";
+inline constexpr const char* kWorksheet = PS_REL "worksheet";
+inline constexpr const char* kChartsheet = PS_REL "chartsheet";
+inline constexpr const char* kStyles = PS_REL "styles";
+inline constexpr const char* kSharedStrings = PS_REL "sharedStrings";
+inline constexpr const char* kRevisionHeaders = PS_REL "revisionHeaders";
+inline constexpr const char* kUsernames = PS_REL "usernames";
+inline constexpr const char* kTable = PS_REL "table";
+#undef PS_REL
+}  // namespace rel
+
+}  // namespace xlsx
