@@ -1,5 +1,6 @@
 #pragma once
 // Internal classes of the engine's workbook side. Not for use outside src/xlsx.
+#include <functional>
 #include <map>
 #include <memory>
 #include <string>
@@ -120,6 +121,11 @@ public:
     void ShiftRows(long at, long count);
     // Rewrites references after a row change anywhere in the workbook.
     void FollowRowShift(const RowShift& shift);
+    // Applies fn to every formula text of the sheet.
+    void RewriteFormulas(const std::function<std::string(const std::string&)>& fn);
+    // False only when the sheet certainly has no formula that names the given sheet.
+    bool MayReference(const std::string& sheet);
+    void ExpandSharedFormulas();
     void SortRows(long r1, long c1, long r2, long c2, long keyCol, bool descending, bool matchCase);
     bool Used(long& r1, long& c1, long& r2, long& c2);
     // Column widths and row heights in points, for positions.
@@ -198,6 +204,9 @@ public:
     void DeleteSheet(SheetImpl* sheet);
     std::shared_ptr<SheetImpl> AddSheet(long position);  // 0-based position in the tab order
     void ApplyRowShift(const RowShift& shift);
+    // Applies fn to every formula and defined name that may refer to the sheet.
+    void RewriteReferencesTo(const std::string& sheet, const std::function<std::string(const std::string&)>& fn);
+    void RewriteNames(const std::function<std::string(const std::string&)>& fn);
     void SetProtectStructure(bool on);
     void SetMultiUserEditing(bool on);
     pugi::xml_node WorkbookRoot(bool edit);

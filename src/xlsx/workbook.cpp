@@ -159,6 +159,8 @@ void Book::RenameSheet(SheetImpl* sheet, const std::string& name) {
     std::string old = SheetName(sheet);
     if (old == name) return;
     CheckSheetName(name, sheet);
+    // References to the sheet follow its new name, as they do in the application.
+    RewriteReferencesTo(old, [&](const std::string& f) { return RenameSheetInFormula(f, old, name); });
     WorkbookRoot(true);
     sheets_[static_cast<size_t>(i - 1)].node.attribute("name").set_value(name.c_str());
 }
@@ -272,6 +274,7 @@ void Book::DeleteSheet(SheetImpl* sheet) {
         else if (a && a.as_int() > i - 1) a.set_value(a.as_int() - 1);
         dn = next;
     }
+    RewriteReferencesTo(name, [&](const std::string& f) { return BreakSheetInFormula(f, name); });
     if (activeTab_ >= static_cast<long>(sheets_.size()) || activeTab_ == i - 1) {
         activeTab_ = std::min<long>(i - 1, static_cast<long>(sheets_.size()) - 1);
         while (activeTab_ > 0 && SheetState(sheets_[static_cast<size_t>(activeTab_)].sheet.get()) != host::xlSheetVisible)

@@ -259,12 +259,13 @@ std::string SheetImpl::CellFormula(long row, long col) {
     auto f = c.child("f");
     if (!f) return {};
     if (std::string(f.attribute("t").value()) == "shared" && !*f.text().get()) {
-        // A follower of a shared formula reads as its leader's text.
+        // A follower of a shared formula reads as its leader's text, moved by the distance between them.
         std::string si = f.attribute("si").value();
         for (auto& [r, e] : rows_)
             for (auto& [k, cell] : e.cells) {
                 auto lf = cell.child("f");
-                if (lf && si == lf.attribute("si").value() && *lf.text().get()) return lf.text().get();
+                if (lf && si == lf.attribute("si").value() && *lf.text().get())
+                    return TranslateFormula(lf.text().get(), row - r, col - k);
             }
         return {};
     }
@@ -406,7 +407,11 @@ bool SheetImpl::Used(long& r1, long& c1, long& r2, long& c2) {
 void SheetImpl::ShiftRows(long at, long count) {
     if (count == 0) return;
     BuildIndex();
-    if (book_.ProtectStructure() && false) return;
+    // Followers of a shared formula are relative to their leader, which a row change can
+    // separate from them: they become formulas of their own while the rows are still in place.
+    std::string me = Name();
+    for (auto& e : book_.SheetList())
+        if (e.sheet->MayReference(me)) e.sheet->ExpandSharedFormulas();
     auto sd = SheetData();
     if (count > 0) {
         // Cells pushed off the sheet would be lost: the application refuses.
@@ -443,38 +448,67 @@ void SheetImpl::ShiftRows(long at, long count) {
     book_.ApplyRowShift(RowShift{Name(), at, count});
 }
 
-void SheetImpl::FollowRowShift(const RowShift& shift) {
-    if (chartsheet_) return;
-    std::string me = Name();
-    bool mine = host::EqualsNoCase(me, shift.sheet);
-    // Parts that have neither formulas nor range lists about these rows need no parse at all.
-    if (!mine && !book_.pkg().Changed(part_) && !indexed_) {
-        std::string bytes = book_.pkg().Bytes(part_);
-        if (bytes.find("<f") == std::string::npos) return;
-        std::string upper = host::UCase(bytes);
-        if (upper.find(host::UCase(shift.sheet)) == std::string::npos) return;
-    }
+bool SheetImpl::MayReference(const std::string& sheet) {
+    if (chartsheet_) return false;
+    if (host::EqualsNoCase(Name(), sheet) || book_.pkg().Changed(part_) || indexed_) return true;
+    // A part that was never opened needs no parse unless its text has formulas naming the sheet.
+    std::string bytes = book_.pkg().Bytes(part_);
+    if (bytes.find("<f") == std::string::npos) return false;
+    return host::UCase(bytes).find(host::UCase(sheet)) != std::string::npos;
+}
+
+void SheetImpl::ExpandSharedFormulas() {
     BuildIndex();
-    auto shiftText = [&](const std::string& text) { return ShiftFormulaRows(text, me, shift); };
-    auto root = Root(false);
-    bool edited = false;
-    auto edit = [&] {
-        if (!edited) Root(true), edited = true;
-    };
+    std::map<std::string, std::pair<CellRef, std::string>> leaders;  // si -> leader cell and text
+    bool any = false;
     for (auto& [r, e] : rows_)
         for (auto& [col, c] : e.cells) {
             auto f = c.child("f");
-            if (!f) continue;
-            std::string text = f.text().get();
-            if (!text.empty()) {
-                std::string moved = shiftText(text);
-                if (moved != text) edit(), f.text().set(moved.c_str());
-            }
-            if (auto ref = f.attribute("ref"); ref && mine) {
-                std::string m = shiftText(ref.value());
-                if (m != ref.value()) edit(), ref.set_value(m.c_str());
-            }
+            if (!f || std::string(f.attribute("t").value()) != "shared") continue;
+            any = true;
+            if (*f.text().get()) leaders[f.attribute("si").value()] = {CellRef{r, col}, f.text().get()};
         }
+    if (!any) return;
+    Root(true);
+    for (auto& [r, e] : rows_)
+        for (auto& [col, c] : e.cells) {
+            auto f = c.child("f");
+            if (!f || std::string(f.attribute("t").value()) != "shared") continue;
+            auto it = leaders.find(f.attribute("si").value());
+            if (!*f.text().get() && it != leaders.end()) {
+                auto& [at, text] = it->second;
+                f.text().set(TranslateFormula(text, r - at.row, col - at.col).c_str());
+            }
+            f.remove_attribute("t");
+            f.remove_attribute("si");
+            f.remove_attribute("ref");
+        }
+}
+
+void SheetImpl::RewriteFormulas(const std::function<std::string(const std::string&)>& fn) {
+    if (chartsheet_) return;
+    BuildIndex();
+    bool edited = false;
+    for (auto& [r, e] : rows_)
+        for (auto& [col, c] : e.cells) {
+            auto f = c.child("f");
+            std::string text = f.text().get();
+            if (text.empty()) continue;
+            std::string now = fn(text);
+            if (now == text) continue;
+            if (!edited) Root(true), edited = true;
+            f.text().set(now.c_str());
+        }
+}
+
+void SheetImpl::FollowRowShift(const RowShift& shift) {
+    if (!MayReference(shift.sheet)) return;
+    std::string me = Name();
+    bool mine = host::EqualsNoCase(me, shift.sheet);
+    auto shiftText = [&](const std::string& text) { return ShiftFormulaRows(text, me, shift); };
+    RewriteFormulas(shiftText);
+    auto root = Root(false);
+    auto edit = [&] { Root(true); };
     if (!mine) return;
     // Range lists of the sheet itself move with its rows.
     auto moveList = [&](pugi::xml_attribute a) {
@@ -503,15 +537,24 @@ void SheetImpl::FollowRowShift(const RowShift& shift) {
 
 void Book::ApplyRowShift(const RowShift& shift) {
     for (auto& e : sheets_) e.sheet->FollowRowShift(shift);
-    auto names = WorkbookRoot(false).child("definedNames");
+    RewriteNames([&](const std::string& text) { return ShiftFormulaRows(text, "", shift); });
+}
+
+void Book::RewriteNames(const std::function<std::string(const std::string&)>& fn) {
     bool edited = false;
-    for (auto dn : names.children("definedName")) {
+    for (auto dn : WorkbookRoot(false).child("definedNames").children("definedName")) {
         std::string text = dn.text().get();
-        std::string moved = ShiftFormulaRows(text, "", shift);
-        if (moved == text) continue;
+        std::string now = fn(text);
+        if (now == text) continue;
         if (!edited) WorkbookRoot(true), edited = true;
-        dn.text().set(moved.c_str());
+        dn.text().set(now.c_str());
     }
+}
+
+void Book::RewriteReferencesTo(const std::string& sheet, const std::function<std::string(const std::string&)>& fn) {
+    for (auto& e : sheets_)
+        if (e.sheet->MayReference(sheet)) e.sheet->RewriteFormulas(fn);
+    RewriteNames(fn);
 }
 
 // ---------------------------------------------------------------- sorting

@@ -216,3 +216,45 @@ TEST(Workbook, ApplicationPropertiesAndMacros) {
 }
 
 }  // namespace
+
+namespace {
+
+TEST(Workbook, ApplicationFilesKeepSharedFormulasAndChartSheetsStraight) {
+    if (ts::SharedDir().empty()) GTEST_SKIP() << "the shared corpus is not beside the source tree";
+    auto app = xlsx::NewApplication();
+    auto wb = app->Open((ts::SharedDir() / "corpus/excel/openpyxl_contains_chartsheets.xlsx").string());
+    EXPECT_EQ(wb->Sheets()->Count(), 3);
+    EXPECT_EQ(wb->Worksheets()->Count(), 2);
+    EXPECT_EQ(wb->Sheets()->Item(2L)->Type(), xlChart);
+    auto data = wb->Worksheets()->Item("data");
+    // A follower of a shared formula reads as the application shows it.
+    EXPECT_EQ(data->Cells(5, 2)->Formula(), "=SIN(A5/PI())");
+    EXPECT_NEAR(CDbl(data->Cells(5, 2)->Value()), 0.816273, 1e-6);
+
+    auto more = wb->Worksheets()->Item("moredata");
+    more->Cells(20, 1)->SetFormula("=data!B5+'data'!$B$10");
+    wb->Names()->Add("Sines", "=data!$B$2:$B$10");
+    data->Rows(4)->Insert();
+    EXPECT_EQ(data->Cells(6, 2)->Formula(), "=SIN(A6/PI())");
+    EXPECT_EQ(data->Cells(3, 2)->Formula(), "=SIN(A3/PI())");
+    EXPECT_EQ(more->Cells(20, 1)->Formula(), "=data!B6+'data'!$B$11");
+
+    data->SetName("My data");
+    EXPECT_EQ(more->Cells(20, 1)->Formula(), "='My data'!B6+'My data'!$B$11");
+    EXPECT_EQ(wb->Names()->Item("Sines")->RefersTo(), "='My data'!$B$2:$B$11");
+
+    auto dir = ts::ScratchDir("chartsheets");
+    wb->SaveAs((dir / "out.xlsx").string());
+    auto again = app->Open((dir / "out.xlsx").string());
+    EXPECT_EQ(again->Worksheets()->Item("My data")->Cells(6, 2)->Formula(), "=SIN(A6/PI())");
+    again->Worksheets()->Item("My data")->Delete();
+    EXPECT_EQ(again->Names()->Item("Sines")->RefersTo(), "=#REF!$B$2:$B$11");
+    EXPECT_EQ(again->Worksheets()->Item("moredata")->Cells(20, 1)->Formula(), "=#REF!B6+#REF!$B$11");
+    if (ts::HaveValidator()) {
+        again->SaveAs((dir / "deleted.xlsx").string());
+        auto v = ts::ValidateXlsx({dir / "out.xlsx", dir / "deleted.xlsx"});
+        EXPECT_EQ(v.status, 0) << v.output;
+    }
+}
+
+}  // namespace
