@@ -185,10 +185,11 @@ std::string_view BuiltinNumberFormat(int id) {
         case 20: return "h:mm";
         case 21: return "h:mm:ss";
         case 22: return "m/d/yyyy h:mm";
-        case 37: return "#,##0 ;(#,##0)";
-        case 38: return "#,##0 ;[Red](#,##0)";
-        case 39: return "#,##0.00;(#,##0.00)";
-        case 40: return "#,##0.00;[Red](#,##0.00)";
+        // The standard lists these with a blank; the application shows a padding of the ')' width.
+        case 37: return "#,##0_);(#,##0)";
+        case 38: return "#,##0_);[Red](#,##0)";
+        case 39: return "#,##0.00_);(#,##0.00)";
+        case 40: return "#,##0.00_);[Red](#,##0.00)";
         case 41: return "_(* #,##0_);_(* \\(#,##0\\);_(* \"-\"_);_(@_)";
         case 42: return "_(\"$\"* #,##0_);_(\"$\"* \\(#,##0\\);_(\"$\"* \"-\"_);_(@_)";
         case 43: return "_(* #,##0.00_);_(* \\(#,##0.00\\);_(* \"-\"??_);_(@_)";

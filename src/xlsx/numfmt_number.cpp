@@ -321,41 +321,60 @@ double Rounded15(double v) {
     return out;
 }
 
+// Digits of a whole number held in a double ("" for zero); past 2^53 through its decimal form.
+std::string WholeNumberDigits(double w) {
+    std::string s;
+    if (w >= 1e15) s = WholeDigits(ToDecimal(w));
+    else if (w >= 1) AppendInt(static_cast<long long>(w), s);
+    return s;
+}
+
+// As many spaces as `text` has characters.
+void AppendBlanks(std::string_view text, std::string& out) {
+    for (const char c : text)
+        if ((static_cast<unsigned char>(c) & 0xC0) != 0x80) out += ' ';
+}
+
 void RenderFraction(const Section& s, double v, bool negative, std::string& out) {
     if (s.scale != 0) v *= std::pow(10.0, s.scale);
     v = Rounded15(v);
     double whole = s.fracInt ? std::floor(v) : 0;
     const double rest = v - whole;
-    long long num = 0, den = 1;
+    double num = 0;
+    long long den = 1;
     if (s.fixedDen > 0) {
         den = s.fixedDen;
-        num = static_cast<long long>(std::floor(rest * static_cast<double>(den) + 0.5));
+        num = std::floor(rest * static_cast<double>(den) + 0.5);
+    } else if (rest >= 1e15) {
+        num = rest;  // no digits left for a fraction
     } else {
         long long maxDen = 1;
         for (int i = 0; i < std::min(s.denDigits, 9); ++i) maxDen *= 10;
-        Approximate(rest, maxDen - 1, num, den);
+        long long n = 0;
+        Approximate(rest, maxDen - 1, n, den);
+        num = static_cast<double>(n);
     }
-    if (s.fracInt && num == den) {
+    if (s.fracInt && num == static_cast<double>(den)) {
         whole += 1;
         num = 0;
     }
 
-    // How a zero fraction after a whole number shows: as 0/1 with '0' placeholders, as blanks
-    // with '?', not at all with '#'.
+    // A zero fraction after a whole number shows as 0/1 with '0' placeholders, as blanks with
+    // '?', not at all with '#'.
     bool numZero = false, numQuery = false, denZeros = s.denDigits > 0;
     for (const Token& t : s.tokens) {
         if (t.kind != Kind::Digit) continue;
-        if (t.role == Role::Num) (t.ch == '0' ? numZero : numQuery) |= t.ch != '#';
+        if (t.role == Role::Num && t.ch == '0') numZero = true;
+        if (t.role == Role::Num && t.ch == '?') numQuery = true;
         if (t.role == Role::Den && t.ch != '0') denZeros = false;
     }
     const bool blank = s.fracInt && num == 0 && !numZero;
 
-    std::string wholeDigits;
-    if (whole >= 1e15) wholeDigits = WholeDigits(ToDecimal(whole));
-    else if (whole >= 1) AppendInt(static_cast<long long>(whole), wholeDigits);
-    else if (blank) wholeDigits = "0";  // a whole number of zero still shows something
-    std::string numDigits, denDigits;
-    AppendInt(num, numDigits);
+    std::string wholeDigits = WholeNumberDigits(whole);
+    if (wholeDigits.empty() && blank) wholeDigits = "0";  // something must show
+    std::string numDigits = WholeNumberDigits(num);
+    if (numDigits.empty()) numDigits = "0";
+    std::string denDigits;
     AppendInt(blank && s.fixedDen == 0 ? 1 : den, denDigits);
 
     if (negative) out += '-';
@@ -368,24 +387,17 @@ void RenderFraction(const Section& s, double v, bool negative, std::string& out)
         AppendTokens(s, g, out);
         return;
     }
-    std::string hidden;
+    std::string hidden;  // the fraction part, rendered for its width
     for (const Token& t : s.tokens) {
-        if (!t.frac) {
-            if (!hidden.empty()) {
-                if (numQuery) {
-                    for (const char c : hidden)
-                        if ((static_cast<unsigned char>(c) & 0xC0) != 0x80) out += ' ';
-                }
-                hidden.clear();
-            }
-            AppendToken(s, t, g, out);
-        } else {
+        if (t.frac) {
             AppendToken(s, t, g, hidden);
+            continue;
         }
+        if (numQuery) AppendBlanks(hidden, out);
+        hidden.clear();
+        AppendToken(s, t, g, out);
     }
-    if (numQuery)
-        for (const char c : hidden)
-            if ((static_cast<unsigned char>(c) & 0xC0) != 0x80) out += ' ';
+    if (numQuery) AppendBlanks(hidden, out);
 }
 
 }  // namespace

@@ -1,7 +1,6 @@
 // Parsing of number format codes into sections, with the application's refusals.
 #include <algorithm>
 #include <charconv>
-#include <cstdlib>
 
 #include "xlsx/numfmt.h"
 #include "xlsx/numfmt_internal.h"
@@ -52,6 +51,8 @@ bool IsDateKind(Kind k) {
 struct RawSection {
     std::vector<Token> tokens;
     Condition cond;
+    bool brackets = false;  // colours, conditions, locales...
+    bool content = false;   // ...and anything else
 };
 
 void AddLiteral(RawSection& s, std::string_view text, char digit = 0) {
@@ -59,6 +60,16 @@ void AddLiteral(RawSection& s, std::string_view text, char digit = 0) {
     t.kind = Kind::Literal;
     t.text = text;
     t.ch = digit;
+    s.tokens.push_back(std::move(t));
+}
+
+// The two texts of a morning/afternoon marker are kept apart by a NUL.
+void AddAmPm(RawSection& s, std::string_view am, std::string_view pm) {
+    Token t;
+    t.kind = Kind::AmPm;
+    t.text.assign(am);
+    t.text += '\0';
+    t.text += pm;
     s.tokens.push_back(std::move(t));
 }
 
@@ -91,10 +102,11 @@ void ParseBracket(std::string_view code, std::string_view inner, RawSection& s) 
         else if (inner[0] == '<') op = Op::Lt;
         else if (inner[0] == '>') op = Op::Gt;
         else op = Op::Eq;
-        const std::string number(inner.substr(n));
-        char* end = nullptr;
-        const double operand = std::strtod(number.c_str(), &end);
-        if (number.empty() || end != number.c_str() + number.size()) Fail(code, "bad condition");
+        const std::string_view number = inner.substr(n);
+        double operand = 0;
+        const auto r = std::from_chars(number.data(), number.data() + number.size(), operand);
+        if (number.empty() || r.ec != std::errc() || r.ptr != number.data() + number.size())
+            Fail(code, "bad condition");
         if (s.cond.op == Op::None) s.cond = Condition{op, operand};
         return;
     }
@@ -117,6 +129,8 @@ std::vector<RawSection> Tokenize(std::string_view code) {
     while (i < n) {
         RawSection& s = sections.back();
         const char c = code[i];
+        if (c == '[') s.brackets = true;
+        else if (c != ';') s.content = true;
         switch (c) {
             case ';':
                 sections.emplace_back();
@@ -209,17 +223,10 @@ std::vector<RawSection> Tokenize(std::string_view code) {
             }
             case 'A': case 'a': {
                 if (StartsWithNoCase(code, i, "am/pm")) {
-                    Token t;
-                    t.kind = Kind::AmPm;
-                    t.text = std::string("AM\0PM", 5);
-                    s.tokens.push_back(std::move(t));
+                    AddAmPm(s, "AM", "PM");  // upper case however written
                     i += 5;
                 } else if (StartsWithNoCase(code, i, "a/p")) {
-                    // A/P keeps the case of each letter as written.
-                    Token t;
-                    t.kind = Kind::AmPm;
-                    t.text = std::string{code[i], '\0', code[i + 2]};
-                    s.tokens.push_back(std::move(t));
+                    AddAmPm(s, code.substr(i, 1), code.substr(i + 2, 1));  // case as written
                     i += 3;
                 } else if (const size_t len = RunLength(code, i, 'a'); len >= 3) {
                     AddToken(s, Kind::Weekday, 'a', static_cast<int>(len));
@@ -237,13 +244,10 @@ std::vector<RawSection> Tokenize(std::string_view code) {
             default: {
                 const size_t len = CodepointLength(code, i);
                 const std::string_view cp = code.substr(i, len);
-                if (code.substr(i, 13) == "\u4E0A\u5348/\u4E0B\u5348") {
-                    // The Chinese morning/afternoon marker works as AM/PM.
-                    Token t;
-                    t.kind = Kind::AmPm;
-                    t.text = std::string("\u4E0A\u5348") + '\0' + "\u4E0B\u5348";
-                    s.tokens.push_back(std::move(t));
-                    i += 13;
+                static constexpr std::string_view kChineseAmPm = "\u4E0A\u5348/\u4E0B\u5348";
+                if (code.substr(i, kChineseAmPm.size()) == kChineseAmPm) {
+                    AddAmPm(s, kChineseAmPm.substr(0, 6), kChineseAmPm.substr(7));  // works as AM/PM
+                    i += kChineseAmPm.size();
                     break;
                 }
                 // Accented forms of 'e' and 'n' are refused like the letters themselves.
@@ -367,11 +371,13 @@ void BuildDate(std::string_view code, Section& s) {
     s.type = SectionType::Date;
 }
 
+// Digits and points make a following comma a separator or a divisor; so do digits written as
+// text ("01," divides by 1000).
 bool DigitLike(const Token& t) {
     return t.kind == Kind::Digit || t.kind == Kind::Point || (t.kind == Kind::Literal && t.ch != 0);
 }
 
-// Marks the placeholders of one group: positions counted from the right or the left.
+// Marks the placeholders of one group: places counted from the right or from the left.
 void NumberGroup(std::vector<Token>& tokens, const std::vector<size_t>& idx, Role role, bool fromRight) {
     const int count = static_cast<int>(idx.size());
     for (int k = 0; k < count; ++k) {
@@ -382,145 +388,155 @@ void NumberGroup(std::vector<Token>& tokens, const std::vector<size_t>& idx, Rol
     }
 }
 
-void BuildNumber(std::string_view code, Section& s) {
-    std::vector<Token>& tk = s.tokens;
-    const SectionFlags f = Inspect(tk);
-    if (f.text) Fail(code, "text placeholder in a number");
-    s.hasDigits = f.digits;
-    if (!f.digits) {
-        if (f.exp || f.slash) Fail(code, "exponent or fraction without digits");
-        PunctuationToText(tk);
-        return;
-    }
+// Token indices that split a number; `none` (the token count) where absent.
+struct Landmarks {
+    size_t none, exp, slash, point;
+    size_t numerator;  // first placeholder of a fraction's numerator
+};
 
-    // The landmarks: the exponent mark, the fraction bar, the decimal point.
-    size_t expAt = tk.size(), slashAt = tk.size(), pointAt = tk.size();
+Landmarks FindLandmarks(std::string_view code, std::vector<Token>& tk) {
+    const size_t none = tk.size();
+    Landmarks m{none, none, none, none, none};
     for (size_t i = 0; i < tk.size(); ++i) {
         if (tk[i].kind == Kind::ExpMark) {
-            if (expAt != tk.size()) Fail(code, "two exponents");
-            expAt = i;
-        } else if (tk[i].kind == Kind::Slash && slashAt == tk.size() && expAt == tk.size()) {
-            slashAt = i;
+            if (m.exp != none) Fail(code, "two exponents");
+            m.exp = i;
         } else if (tk[i].kind == Kind::Slash) {
-            tk[i] = MakeLiteral("/");
+            if (m.slash == none && m.exp == none) m.slash = i;
+            else tk[i] = MakeLiteral("/");
         }
     }
-    if (expAt != tk.size() && slashAt != tk.size()) Fail(code, "exponent and fraction together");
-    for (size_t i = 0; i < std::min(expAt, slashAt); ++i) {
+    if (m.exp != none && m.slash != none) Fail(code, "exponent and fraction together");
+    // The first point before an exponent or a fraction is the decimal point; others are text.
+    const size_t end = std::min(m.exp, m.slash);
+    for (size_t i = 0; i < tk.size(); ++i) {
         if (tk[i].kind != Kind::Point) continue;
-        if (pointAt == tk.size()) pointAt = i;
+        if (m.point == none && i < end) m.point = i;
         else tk[i] = MakeLiteral(".");
     }
-    for (size_t i = std::min(expAt, slashAt); i < tk.size(); ++i)
-        if (tk[i].kind == Kind::Point) tk[i] = MakeLiteral(".");
-    s.exponent = expAt != tk.size();
-    s.fraction = slashAt != tk.size();
-    const size_t numberEnd = s.exponent ? expAt : tk.size();
-
-    // Commas: after a digit and before another in the whole number they group thousands;
-    // after a digit with no digit following they divide by 1000 each; after a digit with
-    // more digits to come they vanish. Elsewhere the first of a run is shown.
-    size_t fracNumStart = tk.size();  // first numerator placeholder of a fraction
-    if (s.fraction) {
-        size_t i = slashAt;
+    if (m.slash != none) {
+        // The numerator is the last run of placeholders before the bar.
+        size_t i = m.slash;
         while (i > 0 && tk[i - 1].kind != Kind::Digit) --i;
         while (i > 0 && (tk[i - 1].kind == Kind::Digit || tk[i - 1].kind == Kind::Comma)) --i;
-        while (i < slashAt && tk[i].kind != Kind::Digit) ++i;
-        fracNumStart = i;
-        if (fracNumStart >= slashAt) Fail(code, "fraction without numerator");
+        while (i < m.slash && tk[i].kind != Kind::Digit) ++i;
+        if (i >= m.slash) Fail(code, "fraction without numerator");
+        m.numerator = i;
     }
+    return m;
+}
+
+// Commas: after a digit and before another in the whole number they group thousands; after a
+// digit with no placeholder following they divide by 1000 each; after a digit with more
+// placeholders to come they vanish. Elsewhere the first of a run is shown as text.
+void ResolveCommas(std::string_view code, Section& s, const Landmarks& m) {
+    std::vector<Token>& tk = s.tokens;
+    const size_t numberEnd = std::min(m.exp, tk.size());
     for (size_t i = 0; i < tk.size(); ++i) {
         if (tk[i].kind != Kind::Comma) continue;
         size_t j = i;
         while (j < tk.size() && tk[j].kind == Kind::Comma) ++j;
-        const size_t run = j - i;
         // Resolved commas become empty literals so the landmarks keep their indices.
         for (size_t k = i; k < j; ++k) tk[k] = MakeLiteral("");
         if (i == 0 || !DigitLike(tk[i - 1])) {
             tk[i].text = ",";
         } else {
-            if (s.fraction && i >= fracNumStart) Fail(code, "comma in a fraction");
-            const bool inInt = i < pointAt && i < expAt && i < slashAt;
+            if (m.numerator != m.none && i >= m.numerator) Fail(code, "comma in a fraction");
+            const bool inWhole = i < m.point && i < m.exp && i < m.slash;
             const bool nextDigit = j < tk.size() && tk[j].kind == Kind::Digit;
-            bool laterDigit = i > expAt && expAt != tk.size();  // among exponent digits: vanish
-            for (size_t k = j; k < numberEnd; ++k)
-                if (tk[k].kind == Kind::Digit) laterDigit = true;
-            if (nextDigit && inInt) s.grouping = true;
-            else if (!laterDigit) s.scale -= 3 * static_cast<int>(run);
+            bool laterDigit = m.exp != m.none && i > m.exp;
+            for (size_t k = j; k < numberEnd; ++k) laterDigit |= tk[k].kind == Kind::Digit;
+            if (nextDigit && inWhole) s.grouping = true;
+            else if (!laterDigit) s.scale -= 3 * static_cast<int>(j - i);
         }
         i = j - 1;
     }
-    for (const Token& t : tk)
-        if (t.kind == Kind::Percent) s.scale += 2;
+}
 
-    // Placeholder roles.
-    std::vector<size_t> intIdx, decIdx, expIdx, numIdx, denIdx, padIdx;
-    size_t denEnd = 0;  // last token of a fraction's denominator
-    if (s.exponent) {
-        for (size_t i = 0; i < tk.size(); ++i) {
-            if (tk[i].kind != Kind::Digit) continue;
-            if (i > expAt) expIdx.push_back(i);
-            else if (i > pointAt) decIdx.push_back(i);
-            else intIdx.push_back(i);
-        }
-        if (expIdx.empty() || (intIdx.empty() && decIdx.empty())) Fail(code, "incomplete exponent");
-        s.expPlus = tk[expAt].ch == '+';
-    } else if (s.fraction) {
-        size_t i = slashAt + 1;
-        while (i < tk.size() && tk[i].kind != Kind::Digit && !(tk[i].kind == Kind::Literal && tk[i].ch))
-            ++i;
-        if (i < tk.size() && tk[i].kind == Kind::Literal) {
-            // A given denominator: digits written after the bar.
-            std::string digits;
-            const size_t start = i;
-            while (i < tk.size() && ((tk[i].kind == Kind::Literal && tk[i].ch) ||
-                                     (tk[i].kind == Kind::Digit && tk[i].ch == '0'))) {
-                digits += tk[i].kind == Kind::Literal ? tk[i].ch : '0';
-                ++i;
-            }
-            s.fixedDen = std::atoi(digits.c_str());
-            tk.erase(tk.begin() + static_cast<long>(start), tk.begin() + static_cast<long>(i));
-            Token d = MakeLiteral(digits);
-            d.role = Role::Den;
-            tk.insert(tk.begin() + static_cast<long>(start), std::move(d));
-            denEnd = start;
-            i = start + 1;
-        } else {
-            while (i < tk.size() && tk[i].kind == Kind::Digit) denIdx.push_back(i++);
-            if (denIdx.empty()) Fail(code, "fraction without denominator");
-            denEnd = denIdx.back();
-        }
-        for (size_t k = i; k < tk.size(); ++k) {
-            if (tk[k].kind == Kind::Comma) Fail(code, "comma after a fraction");
-            if (tk[k].kind == Kind::Digit) padIdx.push_back(k);
-        }
-        for (size_t k = 0; k < slashAt; ++k) {
-            if (tk[k].kind != Kind::Digit) continue;
-            (k >= fracNumStart ? numIdx : intIdx).push_back(k);
-        }
-        if (tk[slashAt].kind == Kind::Slash) tk[slashAt].role = Role::Den;
-        s.fracInt = !intIdx.empty();
+// A fraction: whole number, numerator, bar, denominator (placeholders or written digits),
+// and placeholders after it that show as for zero.
+void AssignFraction(std::string_view code, Section& s, const Landmarks& m) {
+    std::vector<Token>& tk = s.tokens;
+    std::vector<size_t> whole, num, den, pad;
+    for (size_t k = 0; k < m.slash; ++k)
+        if (tk[k].kind == Kind::Digit) (k >= m.numerator ? num : whole).push_back(k);
+    size_t i = m.slash + 1;
+    while (i < tk.size() && tk[i].kind != Kind::Digit && !(tk[i].kind == Kind::Literal && tk[i].ch)) ++i;
+    size_t denEnd = i;
+    if (i < tk.size() && tk[i].kind == Kind::Literal) {
+        // A given denominator such as /16: its digits become one text token.
+        std::string digits;
+        const size_t start = i;
+        for (; i < tk.size() && ((tk[i].kind == Kind::Literal && tk[i].ch) ||
+                                 (tk[i].kind == Kind::Digit && tk[i].ch == '0'));
+             ++i)
+            digits += tk[i].kind == Kind::Literal ? tk[i].ch : '0';
+        if (std::from_chars(digits.data(), digits.data() + digits.size(), s.fixedDen).ec != std::errc())
+            Fail(code, "denominator too large");
+        tk.erase(tk.begin() + static_cast<long>(start) + 1, tk.begin() + static_cast<long>(i));
+        tk[start] = MakeLiteral(digits);
+        tk[start].role = Role::Den;
+        denEnd = start;
+        i = start + 1;
     } else {
-        for (size_t i = 0; i < tk.size(); ++i) {
-            if (tk[i].kind != Kind::Digit) continue;
-            (i > pointAt && pointAt != tk.size() ? decIdx : intIdx).push_back(i);
-        }
+        while (i < tk.size() && tk[i].kind == Kind::Digit) den.push_back(i++);
+        if (den.empty()) Fail(code, "fraction without denominator");
+        denEnd = den.back();
     }
-    if (s.fraction && !intIdx.empty()) {
-        for (size_t k = intIdx.back() + 1; k <= denEnd; ++k) tk[k].frac = true;
+    for (; i < tk.size(); ++i)
+        if (tk[i].kind == Kind::Digit) pad.push_back(i);
+    if (!whole.empty())
+        for (size_t k = whole.back() + 1; k <= denEnd; ++k) tk[k].frac = true;
+    s.fracInt = !whole.empty();
+    NumberGroup(tk, whole, Role::Int, true);
+    NumberGroup(tk, num, Role::Num, true);
+    NumberGroup(tk, den, Role::Den, false);
+    NumberGroup(tk, pad, Role::Pad, false);
+    s.intDigits = static_cast<int>(whole.size());
+    s.numDigits = static_cast<int>(num.size());
+    s.denDigits = static_cast<int>(den.size());
+}
+
+// Plain decimals and scientific notation: whole, decimal and exponent placeholders.
+void AssignDecimal(std::string_view code, Section& s, const Landmarks& m) {
+    std::vector<Token>& tk = s.tokens;
+    std::vector<size_t> whole, decimals, exp;
+    for (size_t i = 0; i < tk.size(); ++i) {
+        if (tk[i].kind != Kind::Digit) continue;
+        if (m.exp != m.none && i > m.exp) exp.push_back(i);
+        else if (m.point != m.none && i > m.point) decimals.push_back(i);
+        else whole.push_back(i);
     }
-    NumberGroup(tk, intIdx, Role::Int, true);
-    NumberGroup(tk, decIdx, Role::Dec, false);
-    NumberGroup(tk, expIdx, Role::Exp, true);
-    NumberGroup(tk, numIdx, Role::Num, true);
-    NumberGroup(tk, denIdx, Role::Den, false);
-    NumberGroup(tk, padIdx, Role::Pad, false);
-    s.intDigits = static_cast<int>(intIdx.size());
-    s.decDigits = static_cast<int>(decIdx.size());
-    s.expDigits = static_cast<int>(expIdx.size());
-    s.numDigits = static_cast<int>(numIdx.size());
-    s.denDigits = static_cast<int>(denIdx.size());
+    if (s.exponent) {
+        if (exp.empty() || (whole.empty() && decimals.empty())) Fail(code, "incomplete exponent");
+        s.expPlus = tk[m.exp].ch == '+';
+    }
+    NumberGroup(tk, whole, Role::Int, true);
+    NumberGroup(tk, decimals, Role::Dec, false);
+    NumberGroup(tk, exp, Role::Exp, true);
+    s.intDigits = static_cast<int>(whole.size());
+    s.decDigits = static_cast<int>(decimals.size());
+    s.expDigits = static_cast<int>(exp.size());
+}
+
+void BuildNumber(std::string_view code, Section& s) {
+    const SectionFlags f = Inspect(s.tokens);
+    if (f.text) Fail(code, "text placeholder in a number");
     s.type = SectionType::Number;
+    s.hasDigits = f.digits;
+    if (!f.digits) {
+        if (f.exp || f.slash) Fail(code, "exponent or fraction without digits");
+        PunctuationToText(s.tokens);
+        return;
+    }
+    const Landmarks m = FindLandmarks(code, s.tokens);
+    s.exponent = m.exp != m.none;
+    s.fraction = m.slash != m.none;
+    ResolveCommas(code, s, m);
+    for (const Token& t : s.tokens)
+        if (t.kind == Kind::Percent) s.scale += 2;
+    if (s.fraction) AssignFraction(code, s, m);
+    else AssignDecimal(code, s, m);
 }
 
 void BuildGeneral(std::string_view code, Section& s) {
@@ -580,7 +596,8 @@ bool Condition::OnlyNegative() const {
 }
 
 Parsed Parse(std::string_view code) {
-    std::vector<RawSection> raw = Tokenize(code);
+    // An empty code is how some writers say General.
+    std::vector<RawSection> raw = Tokenize(code.empty() ? std::string_view("General") : code);
     if (raw.size() > 4) Fail(code, "more than four sections");
 
     Parsed p;
@@ -594,6 +611,13 @@ Parsed Parse(std::string_view code) {
         Section s;
         s.cond = raw[i].cond;
         s.tokens = std::move(raw[i].tokens);
+        // A section of only a colour or a condition ([Red][<=100]) shows the number as General;
+        // a section of nothing at all hides it.
+        if (raw[i].brackets && !raw[i].content && s.tokens.empty()) {
+            Token g;
+            g.kind = Kind::General;
+            s.tokens.push_back(g);
+        }
         if (i == textAt) {
             BuildText(code, s);
             MergeLiterals(s.tokens);

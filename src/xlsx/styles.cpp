@@ -60,10 +60,12 @@ std::string Styles::FormatCode(long xf) {
 
 long Styles::WithFormat(long xf, const std::string& code) {
     LoadFormats();
-    // The format's id: a built-in one with the same code, else a custom one, added when new.
+    // The format's id: a built-in one with the same code, else a custom one, added when new. Only the
+    // ids whose codes are the same in every locale are taken: readers show the others (dates,
+    // currencies, accounting) in their own locale's form.
     long id = -1;
-    for (int b = 0; b < 50 && id < 0; ++b)
-        if (BuiltinNumberFormat(b) == code) id = b;
+    for (int b : {0, 1, 2, 3, 4, 9, 10, 11, 12, 13, 45, 46, 47, 48, 49})
+        if (id < 0 && BuiltinNumberFormat(b) == code) id = b;
     for (auto& [k, v] : custom_)
         if (id < 0 && v == code) id = k;
     auto root = Root(false);

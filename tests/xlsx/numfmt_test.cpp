@@ -4,9 +4,9 @@
 
 #include <cstdlib>
 #include <fstream>
+#include <iostream>
 #include <map>
 #include <memory>
-#include <set>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -249,6 +249,11 @@ TEST(NumberFormat, SectionsConditionsAndColours) {
     EXPECT_EQ(F("[>100]\"big\";[<-100]\"small\";0", 150), "big");
     EXPECT_EQ(F("[>100]\"big\";[<-100]\"small\";0", -150), "small");
     EXPECT_EQ(F("[>100]\"big\";[<-100]\"small\";0", -5), "-5");
+    EXPECT_EQ(F("[Red][<=100];[Blue][>100]", 50), "50");  // colour and condition only: General
+    EXPECT_EQ(F("[Red][<=100];[Blue][>100]", 500), "500");
+    EXPECT_EQ(F("", -1.5), "-1.5");           // an empty code is General
+    EXPECT_EQ(F("0.0;-0.0;@", 0), "0.0");     // a last section with @ is for texts
+    EXPECT_EQ(NumberFormat("0.0;-0.0;@").FormatText("t"), "t");
     EXPECT_EQ(F("0;;", -5), "");              // an empty section hides its numbers
     EXPECT_EQ(F(";;;", 5), "");
     EXPECT_EQ(NumberFormat(";;;").FormatText("x"), "");
