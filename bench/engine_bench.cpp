@@ -53,6 +53,19 @@ void BM_LoadAndSave(benchmark::State& state) {
 }
 BENCHMARK(BM_LoadAndSave)->Arg(200000)->Unit(benchmark::kMillisecond)->Iterations(3);
 
+// The edited sheet is parsed and written anew; the other parts are copied.
+void BM_EditOneCellAndSave(benchmark::State& state) {
+    std::string path = LargeBook(state.range(0));
+    std::string out = path + ".edited.xlsx";
+    for (auto _ : state) {
+        auto app = xlsx::NewApplication();
+        auto wb = app->Open(path);
+        wb->Worksheets()->Item(1L)->Cells(2, 3)->SetValue(1.5);
+        wb->SaveAs(out);
+    }
+}
+BENCHMARK(BM_EditOneCellAndSave)->Arg(200000)->Unit(benchmark::kMillisecond)->Iterations(3);
+
 void BM_ReadAllCells(benchmark::State& state) {
     std::string path = LargeBook(state.range(0));
     for (auto _ : state) {
