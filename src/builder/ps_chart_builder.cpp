@@ -52,17 +52,21 @@ void PSChartBuilder::PopulateAllCharts() {
     restore();
 }
 
-void PSChartBuilder::RefreshAllCharts() {
+// Both refreshes take one road: up to version 11 directly, with the host made non-interactive;
+// above it behind the busy window, which does the work from its first activation.
+void PSChartBuilder::RunRefresh(long lBusyMethod, const std::string& sChartID) {
     try {
         if (OlderHost()) {
             auto& app = Obj(c.oApplication);
             app.SetInteractive(false);
-            PopulateAllCharts();
+            if (lBusyMethod == 0) PopulateAllCharts();
+            else PopulateChart(sChartID);
             app.SetInteractive(true);
         } else {
             frmBusyPS busy(c);
             busy.bWorking = false;
-            busy.lMethodType = 0;
+            busy.sChartID = sChartID;
+            busy.lMethodType = lBusyMethod;
             busy.Show();
         }
         return;
@@ -73,26 +77,9 @@ void PSChartBuilder::RefreshAllCharts() {
     if (OlderHost()) Obj(c.oApplication).SetInteractive(true);
 }
 
-void PSChartBuilder::RefreshChart(const std::string& sChartID) {
-    try {
-        if (OlderHost()) {
-            auto& app = Obj(c.oApplication);
-            app.SetInteractive(false);
-            PopulateChart(sChartID);
-            app.SetInteractive(true);
-        } else {
-            frmBusyPS busy(c);
-            busy.bWorking = false;
-            busy.sChartID = sChartID;
-            busy.lMethodType = 1;
-            busy.Show();
-        }
-        return;
-    } catch (const std::exception&) {
-        c.common->ShowMessage(CurrentError().Description);
-    }
-    if (OlderHost()) Obj(c.oApplication).SetInteractive(true);
-}
+void PSChartBuilder::RefreshAllCharts() { RunRefresh(0, {}); }
+
+void PSChartBuilder::RefreshChart(const std::string& sChartID) { RunRefresh(1, sChartID); }
 
 void PSChartBuilder::PopulateModifiedCharts(const std::string& sTableRangeName) {
     CallMacro(c, sMacroRefreshStarted);

@@ -26,6 +26,7 @@ public:
 
 private:
     bool OlderHost();  // version 11 or below: no busy window
+    void RunRefresh(long lBusyMethod, const std::string& sChartID);
     Component& c;
 };
 

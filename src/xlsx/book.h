@@ -19,6 +19,7 @@ namespace xlsx {
 class Book;
 class SheetImpl;
 class AppImpl;
+class Drawing;
 
 inline constexpr long kMaxRows = 1048576;
 inline constexpr long kMaxCols = 16384;
@@ -27,6 +28,10 @@ inline constexpr long kMaxCellText = 32767;
 [[noreturn]] void Refuse(const std::string& description);  // host::Error 1004
 
 // ---------------------------------------------------------------- shared strings
+
+// Cell texts in the file escape characters XML can't carry as "_xHHHH_" (CR is "_x000D_").
+std::string EncodeCellText(std::string_view text);
+std::string DecodeCellText(std::string_view text);
 
 class SharedStrings {
 public:
@@ -138,6 +143,7 @@ public:
     // edited sheet, the dimension.
     void PrepareSave(bool selected);
     Book& book() { return book_; }
+    Drawing& drawing();  // the sheet's shapes, made on first use
 
 private:
     pugi::xml_node Root(bool edit);
@@ -156,6 +162,7 @@ private:
     struct ColSpec { long min, max; double width; bool custom; };
     std::vector<ColSpec> cols_;
     double defaultColWidth_ = -1, defaultRowHeight_ = 15;
+    std::shared_ptr<Drawing> drawing_;
 };
 
 // ---------------------------------------------------------------- workbook

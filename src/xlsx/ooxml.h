@@ -1,5 +1,10 @@
 #pragma once
-// Namespaces, content types and relationship types of the parts the engine reads and writes.
+// Namespaces, content types and relationship types of the parts the engine reads and writes, and
+// reading names without depending on the prefixes a writer chose.
+#include <string>
+#include <string_view>
+
+#include <pugixml.hpp>
 
 namespace xlsx {
 
@@ -28,5 +33,14 @@ inline constexpr const char* kUsernames = PS_REL "usernames";
 inline constexpr const char* kTable = PS_REL "table";
 #undef PS_REL
 }  // namespace rel
+
+// The local part of an element or attribute name: prefixes vary between writers.
+std::string_view LocalName(const char* name);
+// The first element child with the given local name; an empty node when there is none.
+pugi::xml_node Kid(pugi::xml_node parent, std::string_view local);
+// The prefix (with colon) bound to a namespace on an element, declared there when missing.
+std::string PrefixFor(pugi::xml_node root, const char* ns, const char* preferred);
+// The relationship id of an element (r:id, whatever the prefix); "" when it has none.
+std::string RelIdOf(pugi::xml_node node);
 
 }  // namespace xlsx

@@ -729,4 +729,27 @@ std::string SerializeXml(const pugi::xml_document& doc) {
     return out;
 }
 
+bool Package::IsTarget(std::string_view part) {
+    for (auto& p : Parts()) {
+        std::string_view v = p;
+        if (v.size() < 5 || v.substr(v.size() - 5) != ".rels") continue;
+        auto slash = v.rfind("_rels/");
+        if (slash == std::string_view::npos) continue;
+        std::string source = std::string(v.substr(0, slash)) + std::string(v.substr(slash + 6, v.size() - slash - 6 - 5));
+        if (!source.empty() && !Has(source)) continue;
+        for (auto& rel : Rels(source))
+            if (!rel.external && Target(source, rel.id) == part) return true;
+    }
+    return false;
+}
+
+void Package::RemoveTree(std::string_view part) {
+    std::vector<std::string> targets;
+    for (auto& rel : Rels(part))
+        if (!rel.external) targets.push_back(Target(part, rel.id));
+    Remove(part);
+    for (auto& t : targets)
+        if (!t.empty() && Has(t) && !IsTarget(t)) RemoveTree(t);
+}
+
 }  // namespace xlsx

@@ -69,6 +69,10 @@ public:
     virtual std::string AddRel(std::string_view source, std::string_view type, std::string_view targetPart) = 0;
     // Removing the last relationship of a source removes its .rels part.
     virtual void RemoveRel(std::string_view source, std::string_view rId) = 0;
+    // True when an internal relationship of any part points at the part.
+    bool IsTarget(std::string_view part);
+    // Removes a part and, after it, every part it related to that nothing else relates to any more.
+    void RemoveTree(std::string_view part);
     // Part name of the .rels part of a source part: "xl/_rels/workbook.xml.rels".
     static std::string RelsPartOf(std::string_view source);
     // Resolves a target relative to the folder of the source part ("../media/a.png", "/xl/x.xml").

@@ -276,10 +276,5 @@ host::Ref<host::Range> SheetImpl::UsedRange() {
     return MakeRange(shared_from_this(), r1, c1, r2, c2);
 }
 
-host::Ref<host::Shapes> SheetImpl::Shapes() { Refuse("Shapes are not available in this engine yet."); }
-host::Ref<host::ChartObjects> SheetImpl::ChartObjects() { Refuse("Charts are not available in this engine yet."); }
-host::Ref<host::ChartObject> SheetImpl::ChartObjects(const host::Variant&) {
-    Refuse("Charts are not available in this engine yet.");
-}
 
 }  // namespace xlsx

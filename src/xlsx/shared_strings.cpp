@@ -1,5 +1,8 @@
 // The shared string table. New texts are appended; rich-text items are read as plain text and
 // never reused for a plain value, so their runs stay as they were.
+#include <cstdio>
+#include <string>
+
 #include "xlsx/book.h"
 
 namespace xlsx {
@@ -7,13 +10,61 @@ namespace xlsx {
 SharedStrings::SharedStrings(Package& pkg, std::string part) : pkg_(pkg), part_(std::move(part)) {}
 
 namespace {
+bool IsHex(char c) { return std::isxdigit(static_cast<unsigned char>(c)) != 0; }
+
+// "_xHHHH_" at i, as the application escapes characters XML can't carry.
+bool EscapeAt(std::string_view s, size_t i) {
+    return i + 7 <= s.size() && s[i] == '_' && s[i + 1] == 'x' && IsHex(s[i + 2]) && IsHex(s[i + 3]) &&
+           IsHex(s[i + 4]) && IsHex(s[i + 5]) && s[i + 6] == '_';
+}
+
 std::string ItemText(pugi::xml_node si) {
-    if (auto t = si.child("t")) return t.text().get();
+    if (auto t = si.child("t")) return DecodeCellText(t.text().get());
     std::string out;
     for (auto r : si.children("r")) out += r.child("t").text().get();
-    return out;
+    return DecodeCellText(out);
 }
 }  // namespace
+
+std::string EncodeCellText(std::string_view text) {
+    std::string out;
+    for (size_t i = 0; i < text.size(); ++i) {
+        unsigned char c = static_cast<unsigned char>(text[i]);
+        if ((c < 0x20 && c != '\t' && c != '\n') || EscapeAt(text, i)) {
+            // A literal "_x" that would read as an escape has its underscore escaped.
+            char buf[8];
+            std::snprintf(buf, sizeof buf, "_x%04X_", c);
+            out += buf;
+        } else {
+            out += static_cast<char>(c);
+        }
+    }
+    return out;
+}
+
+std::string DecodeCellText(std::string_view text) {
+    if (text.find("_x") == std::string_view::npos) return std::string(text);
+    std::string out;
+    for (size_t i = 0; i < text.size(); ++i) {
+        if (EscapeAt(text, i)) {
+            unsigned cp = static_cast<unsigned>(std::stoul(std::string(text.substr(i + 2, 4)), nullptr, 16));
+            if (cp < 0x80) {
+                out += static_cast<char>(cp);
+            } else if (cp < 0x800) {
+                out += static_cast<char>(0xC0 | (cp >> 6));
+                out += static_cast<char>(0x80 | (cp & 0x3F));
+            } else {
+                out += static_cast<char>(0xE0 | (cp >> 12));
+                out += static_cast<char>(0x80 | ((cp >> 6) & 0x3F));
+                out += static_cast<char>(0x80 | (cp & 0x3F));
+            }
+            i += 6;
+        } else {
+            out += text[i];
+        }
+    }
+    return out;
+}
 
 void SharedStrings::Load() {
     if (loaded_) return;
@@ -40,7 +91,7 @@ size_t SharedStrings::Add(const std::string& text) {
     if (!text.empty() && (text.front() == ' ' || text.back() == ' ' || text.find('\n') != std::string::npos ||
                           text.front() == '\t' || text.back() == '\t'))
         t.append_attribute("xml:space").set_value("preserve");
-    t.text().set(text.c_str());
+    t.text().set(EncodeCellText(text).c_str());
     texts_.push_back(text);
     plain_[text] = texts_.size() - 1;
     added_ = true;

@@ -71,7 +71,7 @@ pugi::xml_node Book::WorkbookRoot(bool edit) {
 void Book::LoadSheets() {
     auto root = WorkbookRoot(false);
     for (auto s : root.child("sheets").children("sheet")) {
-        std::string rid = s.attribute("r:id").value();
+        std::string rid = RelIdOf(s);
         std::string part = pkg_->Target(wbPart_, rid);
         bool chart = false;
         for (auto& r : pkg_->Rels(wbPart_))
@@ -237,7 +237,7 @@ std::shared_ptr<SheetImpl> Book::AddSheet(long position) {
                               : sheetsNode.append_child("sheet");
     node.append_attribute("name").set_value(("Sheet" + std::to_string(k)).c_str());
     node.append_attribute("sheetId").set_value(sheetId + 1);
-    node.append_attribute("r:id").set_value(rid.c_str());
+    node.append_attribute((PrefixFor(root, ns::kRel, "r") + "id").c_str()).set_value(rid.c_str());
 
     auto sheet = std::make_shared<SheetImpl>(*this, part, false);
     sheets_.insert(sheets_.begin() + position, {node, sheet});
@@ -260,11 +260,11 @@ void Book::DeleteSheet(SheetImpl* sheet) {
     std::string name = SheetName(sheet);
     auto root = WorkbookRoot(true);
     auto entry = sheets_[static_cast<size_t>(i - 1)];
-    std::string rid = entry.node.attribute("r:id").value();
+    std::string rid = RelIdOf(entry.node);
     root.child("sheets").remove_child(entry.node);
     sheets_.erase(sheets_.begin() + (i - 1));
     pkg_->RemoveRel(wbPart_, rid);
-    pkg_->Remove(sheet->Part());
+    pkg_->RemoveTree(sheet->Part());  // its drawings, comments and tables go with it
     // Names local to the sheet go; later local ids move down; references to it break.
     auto names = root.child("definedNames");
     for (auto dn = names.first_child(); dn;) {

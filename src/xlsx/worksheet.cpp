@@ -7,6 +7,7 @@
 #include "host/constants.h"
 #include "host/error.h"
 #include "xlsx/book.h"
+#include "xlsx/chart_part.h"
 #include "xlsx/numfmt.h"
 
 namespace xlsx {
@@ -231,15 +232,15 @@ host::Variant SheetImpl::CellValue(long row, long col) {
     auto v = c.child("v");
     if (t == "inlineStr") {
         auto is = c.child("is");
-        if (auto tt = is.child("t")) return std::string(tt.text().get());
+        if (auto tt = is.child("t")) return DecodeCellText(tt.text().get());
         std::string out;
         for (auto r : is.children("r")) out += r.child("t").text().get();
-        return out;
+        return DecodeCellText(out);
     }
     if (!v) return {};
     const char* text = v.text().get();
     if (t == "s") return book_.strings().Text(static_cast<size_t>(std::strtoul(text, nullptr, 10)));
-    if (t == "str") return std::string(text);
+    if (t == "str") return DecodeCellText(text);
     if (t == "b") return std::strcmp(text, "1") == 0 || std::strcmp(text, "true") == 0;
     if (t == "e") return host::Variant::CellError(ErrorCodeOf(text));
     double d = std::strtod(text, nullptr);
@@ -538,6 +539,7 @@ void SheetImpl::FollowRowShift(const RowShift& shift) {
 void Book::ApplyRowShift(const RowShift& shift) {
     for (auto& e : sheets_) e.sheet->FollowRowShift(shift);
     RewriteNames([&](const std::string& text) { return ShiftFormulaRows(text, "", shift); });
+    ShiftChartReferences(*this, shift);
 }
 
 void Book::RewriteNames(const std::function<std::string(const std::string&)>& fn) {
@@ -633,7 +635,12 @@ void SheetImpl::LoadCols() {
     auto fmt = root.child("sheetFormatPr");
     defaultRowHeight_ = fmt.attribute("defaultRowHeight").as_double(15);
     if (auto w = fmt.attribute("defaultColWidth")) defaultColWidth_ = w.as_double();
-    else defaultColWidth_ = fmt.attribute("baseColWidth").as_double(8) + 0.7109375;  // 8.43 with Calibri 11
+    else {
+        // Without a stated default the application widens base characters plus padding to a
+        // multiple of 8 pixels: 64 px (8.43 characters) for the base of 8 at Calibri 11.
+        double px = std::ceil((fmt.attribute("baseColWidth").as_double(8) * 7 + 5) / 8) * 8;
+        defaultColWidth_ = std::ceil(px / 7 * 256) / 256;
+    }
     for (auto c : root.child("cols").children("col"))
         cols_.push_back({c.attribute("min").as_int(), c.attribute("max").as_int(), c.attribute("width").as_double(defaultColWidth_),
                          c.attribute("customWidth").as_bool()});

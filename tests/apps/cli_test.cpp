@@ -27,12 +27,25 @@ TEST(CommandLine, ListsSheetsAndNames) {
     ASSERT_EQ(r.status, 0) << r.output;
     EXPECT_EQ(r.output,
               "Workbook: book.xlsx\n"
-              "Sheets (3):\n"
+              "Sheets (4):\n"
               "    1  Sales                            visible      worksheet\n"
-              "    2  Data1                            visible      worksheet\n"
-              "    3  VEX_ChartDefinitions             very hidden  worksheet\n"
-              "Defined names (1):\n"
-              "  VEX_TableRangeSales              =Sales!$A$1:$E$49\n");
+              "    2  Targets                          visible      worksheet\n"
+              "    3  Data1                            visible      worksheet\n"
+              "    4  VEX_ChartDefinitions             very hidden  worksheet\n"
+              "Defined names (2):\n"
+              "  VEX_TableRangeSales              =Sales!$A$1:$E$51\n"
+              "  VEX_SBTargets                    =Targets!$A$1:$B$7\n"
+              "Tables (3):\n"
+              "  VEX_TableRangeSales  \"Quarterly sales\"  on Sales  range table\n"
+              "      labels: Region, Product, Quarter\n"
+              "      numbers: Revenue, Units\n"
+              "  VEX_SBTargets  \"Sales targets\"  on Targets  range table, bucket candidate\n"
+              "      labels: Region\n"
+              "      numbers: Target\n"
+              "  Data1  \"Data1\"  on Data1  data sheet\n"
+              "      labels: Segment\n"
+              "      numbers: Share\n"
+              "Charts (0):\n");
 }
 
 TEST(CommandLine, BadFilesAndUsageExitWithTwo) {
@@ -56,6 +69,35 @@ TEST(CommandLine, BadFilesAndUsageExitWithTwo) {
     auto version = ts::Run(Plotsmith("--version"));
     EXPECT_EQ(version.status, 0);
     EXPECT_EQ(version.output.rfind("plotsmith ", 0), 0u);
+}
+
+}  // namespace
+
+namespace {
+
+TEST(CommandLine, OperationsRunAndSaveInPlace) {
+    auto dir = ts::ScratchDir("cli-ops");
+    auto book = dir / "sales.xlsx";
+    ts::fs::copy_file(ts::fs::path(PLOTSMITH_SOURCE_DIR) / "examples/sales.xlsx", book);
+    auto refresh = ts::Run(Plotsmith("refresh " + ts::Quote(book.string())));
+    EXPECT_EQ(refresh.status, 0) << refresh.output;
+    EXPECT_EQ(refresh.output, "");
+    auto table = ts::Run(Plotsmith("refresh-table " + ts::Quote(book.string()) + " VEX_TableRangeSales"));
+    EXPECT_EQ(table.status, 0) << table.output;
+    auto rename = ts::Run(Plotsmith("rename-columns " + ts::Quote(book.string()) + " VEX_TableRangeSales Units=Pieces"));
+    EXPECT_EQ(rename.status, 0) << rename.output;
+    auto bad = ts::Run(Plotsmith("rename-columns " + ts::Quote(book.string()) + " VEX_TableRangeSales Units"));
+    EXPECT_EQ(bad.status, 2);
+    EXPECT_EQ(bad.output, "plotsmith: a rename is OLD=NEW, not 'Units'\n");
+
+    // The definition store now stands in the workbook, very hidden, and the file is sound.
+    auto app = xlsx::NewApplication();
+    auto wb = app->Open(book.string());
+    EXPECT_EQ(wb->Worksheets()->Item("VEX_ChartDefinitions")->Visible(), 2);
+    if (ts::HaveValidator()) {
+        auto v = ts::ValidateXlsx({book});
+        EXPECT_EQ(v.status, 0) << v.output;
+    }
 }
 
 }  // namespace

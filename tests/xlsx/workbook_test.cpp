@@ -258,3 +258,20 @@ TEST(Workbook, ApplicationFilesKeepSharedFormulasAndChartSheetsStraight) {
 }
 
 }  // namespace
+
+namespace {
+
+TEST(Workbook, TextsSurviveASaveCharacterForCharacter) {
+    auto dir = ts::ScratchDir("texts");
+    auto app = xlsx::NewApplication();
+    auto wb = app->NewWorkbook();
+    auto ws = wb->Worksheets()->Item(1L);
+    const std::vector<std::string> texts = {"line one\r\nline two", " padded\t", "_x0041_ stays literal", "Zürich ☃",
+                                            "<chart id=\"VEX_Chart1\"/>"};
+    for (size_t i = 0; i < texts.size(); ++i) ws->Cells(static_cast<long>(i + 1), 1)->SetValue(texts[i]);
+    wb->SaveAs((dir / "texts.xlsx").string());
+    auto again = app->Open((dir / "texts.xlsx").string())->Worksheets()->Item(1L);
+    for (size_t i = 0; i < texts.size(); ++i) EXPECT_EQ(CStr(again->Cells(static_cast<long>(i + 1), 1)->Value()), texts[i]);
+}
+
+}  // namespace

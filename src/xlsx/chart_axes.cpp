@@ -1,0 +1,344 @@
+// Axes of a chart: scales, crossings, tick marks and labels, gridlines and axis titles.
+#include <cmath>
+
+#include "xlsx/book.h"
+#include "xlsx/chart_model.h"
+
+namespace xlsx {
+
+namespace {
+
+// The axis ids of each axis group: those of the first chart group with axes are the primary
+// group's, the first other set the secondary group's.
+std::vector<long> GroupAxisIds(ChartDoc& doc, long group) {
+    std::vector<std::vector<long>> sets;
+    for (auto g : Groups(doc)) {
+        std::vector<long> ids;
+        for (auto a : ChildrenL(g, "axId")) ids.push_back(a.attribute("val").as_llong());
+        if (ids.empty()) continue;
+        bool known = false;
+        for (auto& s : sets)
+            if (!s.empty() && s[0] == ids[0]) known = true;
+        if (!known) sets.push_back(ids);
+    }
+    if (group < 1 || group > long(sets.size())) return {};
+    return sets[group - 1];
+}
+
+pugi::xml_node Node(ChartDoc& doc, long type, long group) {
+    auto ids = GroupAxisIds(doc, group);
+    if (type < 1 || type > long(ids.size()) || ids[type - 1] == 0) return {};
+    for (auto n : doc.PlotArea(false).children())
+        if (IsAxis(Local(n)) && std::stol(Val(n, "axId", "0")) == ids[type - 1]) return n;
+    return {};
+}
+
+double Num(pugi::xml_node parent, std::string_view local) { return std::atof(Val(parent, local, "0").c_str()); }
+
+class GridlinesImpl : public GridlinesBase {
+public:
+    GridlinesImpl(DocPtr d, std::function<pugi::xml_node(bool)> axis, const char* which)
+        : d_(std::move(d)), axis_(std::move(axis)), which_(which) {}
+    Ref<host::Border> Border() override {
+        static const std::vector<std::string_view> order = {"spPr", "extLst"};
+        auto axis = axis_;
+        std::string which = which_;
+        return MakeBorder(d_, Holder{[axis, which](bool e) { return ChildL(axis(e), which); }, &order});
+    }
+    void Delete() override {
+        d_->Touch();
+        RemoveL(axis_(true), which_);
+    }
+
+private:
+    DocPtr d_;
+    std::function<pugi::xml_node(bool)> axis_;
+    const char* which_;
+};
+
+class TickLabelsImpl : public TickLabelsBase {
+public:
+    TickLabelsImpl(DocPtr d, std::function<pugi::xml_node(bool)> axis) : d_(std::move(d)), axis_(std::move(axis)) {}
+    Ref<host::Font> Font() override { return MakeFont(d_, Holder{axis_, &kAxOrder, 0xFFFFFF, 9}); }
+    Variant AutoScaleFont() override { return false; }
+    void SetAutoScaleFont(const Variant& v) override { (void)host::CBool(v); }
+    std::string NumberFormat() override {
+        auto nf = ChildL(axis_(false), "numFmt");
+        return nf ? nf.attribute("formatCode").value() : "General";
+    }
+    void SetNumberFormat(const std::string& v) override {
+        auto nf = NumFmt();
+        nf.attribute("formatCode") = v.c_str();
+        nf.attribute("sourceLinked") = "0";
+    }
+    bool NumberFormatLinked() override {
+        auto nf = ChildL(axis_(false), "numFmt");
+        return nf ? nf.attribute("sourceLinked").as_bool() : true;
+    }
+    void SetNumberFormatLinked(bool v) override { NumFmt().attribute("sourceLinked") = v ? "1" : "0"; }
+    void Delete() override {
+        d_->Touch();
+        SetVal(axis_(true), "tickLblPos", "none", kAxOrder, d_->c);
+    }
+
+private:
+    pugi::xml_node NumFmt() {
+        d_->Touch();
+        auto ax = axis_(true);
+        auto nf = ChildL(ax, "numFmt");
+        if (!nf) {
+            nf = InsertAt(ax, "numFmt", kAxOrder, d_->c);
+            nf.append_attribute("formatCode") = "General";
+            nf.append_attribute("sourceLinked") = "1";
+        }
+        if (!nf.attribute("sourceLinked")) nf.append_attribute("sourceLinked") = "1";
+        return nf;
+    }
+    DocPtr d_;
+    std::function<pugi::xml_node(bool)> axis_;
+};
+
+class AxisImpl : public AxisBase {
+public:
+    AxisImpl(DocPtr d, long type, long group) : d_(std::move(d)), type_(type), group_(group) {}
+
+    long Type() override { return type_; }
+    long AxisGroup() override { return group_; }
+    bool HasTitle() override { return bool(ChildL(N(false), "title")); }
+    void SetHasTitle(bool v) override {
+        if (v == HasTitle()) return;
+        auto ax = N(true);
+        if (!v) {
+            RemoveL(ax, "title");
+            return;
+        }
+        auto t = InsertAt(ax, "title", kAxOrder, d_->c);
+        SetRichText(*d_, t, "Axis Title", kTitleOrder);
+        auto body = ChildL(ChildL(ChildL(t, "tx"), "rich"), "bodyPr");
+        if (Vertical()) {
+            body.append_attribute("rot") = "-5400000";
+            body.append_attribute("vert") = "horz";
+        }
+        SetVal(t, "overlay", "0", kTitleOrder, d_->c);
+    }
+    Ref<host::AxisTitle> AxisTitle() override {
+        if (!HasTitle()) Refuse("Method 'AxisTitle' of object 'Axis' failed");
+        return MakeAxisTitle(d_, Fn(), Vertical());
+    }
+    Ref<host::TickLabels> TickLabels() override { return std::make_shared<TickLabelsImpl>(d_, Fn()); }
+    bool HasMajorGridlines() override { return bool(ChildL(N(false), "majorGridlines")); }
+    void SetHasMajorGridlines(bool v) override { Toggle("majorGridlines", v); }
+    bool HasMinorGridlines() override { return bool(ChildL(N(false), "minorGridlines")); }
+    void SetHasMinorGridlines(bool v) override { Toggle("minorGridlines", v); }
+    Ref<host::Gridlines> MajorGridlines() override {
+        if (!HasMajorGridlines()) Refuse("Unable to get the MajorGridlines property of the Axis class");
+        return std::make_shared<GridlinesImpl>(d_, Fn(), "majorGridlines");
+    }
+    Ref<host::Gridlines> MinorGridlines() override {
+        if (!HasMinorGridlines()) Refuse("Unable to get the MinorGridlines property of the Axis class");
+        return std::make_shared<GridlinesImpl>(d_, Fn(), "minorGridlines");
+    }
+    Ref<host::Border> Border() override { return MakeBorder(d_, Holder{Fn(), &kAxOrder}); }
+
+    double MinimumScale() override { return Scale("min", 0); }
+    void SetMinimumScale(double v) override { SetScale("min", v); }
+    bool MinimumScaleIsAuto() override { return !ChildL(Scaling(false), "min"); }
+    void SetMinimumScaleIsAuto(bool v) override { if (v) ClearScale("min"); }
+    double MaximumScale() override { return Scale("max", ComputedMax()); }
+    void SetMaximumScale(double v) override { SetScale("max", v); }
+    bool MaximumScaleIsAuto() override { return !ChildL(Scaling(false), "max"); }
+    void SetMaximumScaleIsAuto(bool v) override { if (v) ClearScale("max"); }
+    double MajorUnit() override {
+        ValueOnly("MajorUnit");
+        auto ax = N(false);
+        return ChildL(ax, "majorUnit") ? Num(ax, "majorUnit") : NiceUnit(ComputedMax());
+    }
+    void SetMajorUnit(double v) override { SetUnit("majorUnit", v); }
+    bool MajorUnitIsAuto() override { ValueOnly("MajorUnitIsAuto"); return !ChildL(N(false), "majorUnit"); }
+    void SetMajorUnitIsAuto(bool v) override { ValueOnly("MajorUnitIsAuto"); if (v) { auto ax = N(true); RemoveL(ax, "majorUnit"); } }
+    double MinorUnit() override {
+        ValueOnly("MinorUnit");
+        auto ax = N(false);
+        return ChildL(ax, "minorUnit") ? Num(ax, "minorUnit") : NiceUnit(ComputedMax()) / 5;
+    }
+    void SetMinorUnit(double v) override { SetUnit("minorUnit", v); }
+    bool MinorUnitIsAuto() override { ValueOnly("MinorUnitIsAuto"); return !ChildL(N(false), "minorUnit"); }
+    void SetMinorUnitIsAuto(bool v) override { ValueOnly("MinorUnitIsAuto"); if (v) { auto ax = N(true); RemoveL(ax, "minorUnit"); } }
+    long ScaleType() override {
+        ValueOnly("ScaleType");
+        return ChildL(Scaling(false), "logBase") ? host::xlScaleLogarithmic : host::xlScaleLinear;
+    }
+    void SetScaleType(long v) override {
+        ValueOnly("ScaleType");
+        auto sc = Scaling(true);
+        if (v == host::xlScaleLogarithmic) {
+            if (!ChildL(sc, "logBase")) SetVal(sc, "logBase", "10", kScalingOrder, d_->c);
+        } else if (v == host::xlScaleLinear) {
+            RemoveL(sc, "logBase");
+        } else {
+            Refuse("Unable to set the ScaleType property of the Axis class");
+        }
+    }
+    double LogBase() override { return std::atof(Val(Scaling(false), "logBase", "10").c_str()); }
+    void SetLogBase(double v) override {
+        if (v < 2 || v > 1000) Refuse("Unable to set the LogBase property of the Axis class");
+        SetVal(Scaling(true), "logBase", host::NumberToText(v), kScalingOrder, d_->c);
+    }
+
+    long Crosses() override {
+        auto ax = N(false);
+        if (ChildL(ax, "crossesAt")) return host::xlAxisCrossesCustom;
+        std::string c = Val(ax, "crosses", "autoZero");
+        if (c == "min") return host::xlAxisCrossesMinimum;
+        if (c == "max") return host::xlAxisCrossesMaximum;
+        return host::xlAxisCrossesAutomatic;
+    }
+    void SetCrosses(long v) override {
+        const char* c = v == host::xlAxisCrossesMinimum ? "min" : v == host::xlAxisCrossesMaximum ? "max"
+                      : v == host::xlAxisCrossesAutomatic ? "autoZero" : nullptr;
+        if (v == host::xlAxisCrossesCustom) return SetCrossesAt(CrossesAt());
+        if (!c) Refuse("Unable to set the Crosses property of the Axis class");
+        auto ax = N(true);
+        RemoveL(ax, "crossesAt");
+        SetVal(ax, "crosses", c, kAxOrder, d_->c);
+    }
+    // The crossing is written on the axis that crosses this one.
+    double CrossesAt() override { return std::atof(Val(N(false), "crossesAt", "0").c_str()); }
+    void SetCrossesAt(double v) override {
+        auto ax = N(true);
+        RemoveL(ax, "crosses");
+        SetVal(ax, "crossesAt", host::NumberToText(v), kAxOrder, d_->c);
+    }
+    bool ReversePlotOrder() override { return Val(Scaling(false), "orientation", "minMax") == "maxMin"; }
+    void SetReversePlotOrder(bool v) override {
+        SetVal(Scaling(true), "orientation", v ? "maxMin" : "minMax", kScalingOrder, d_->c);
+    }
+
+    long TickLabelPosition() override {
+        std::string p = Val(N(false), "tickLblPos", "nextTo");
+        if (p == "high") return host::xlTickLabelPositionHigh;
+        if (p == "low") return host::xlTickLabelPositionLow;
+        if (p == "none") return host::xlTickLabelPositionNone;
+        return host::xlTickLabelPositionNextToAxis;
+    }
+    void SetTickLabelPosition(long v) override {
+        const char* p = v == host::xlTickLabelPositionHigh ? "high" : v == host::xlTickLabelPositionLow ? "low"
+                      : v == host::xlTickLabelPositionNone ? "none" : v == host::xlTickLabelPositionNextToAxis ? "nextTo" : nullptr;
+        if (!p) Refuse("Unable to set the TickLabelPosition property of the Axis class");
+        SetVal(N(true), "tickLblPos", p, kAxOrder, d_->c);
+    }
+    long MajorTickMark() override { return Mark(Val(N(false), "majorTickMark", "cross")); }
+    void SetMajorTickMark(long v) override { SetVal(N(true), "majorTickMark", MarkName(v), kAxOrder, d_->c); }
+    long MinorTickMark() override { return Mark(Val(N(false), "minorTickMark", "cross")); }
+    void SetMinorTickMark(long v) override { SetVal(N(true), "minorTickMark", MarkName(v), kAxOrder, d_->c); }
+    long TickLabelSpacing() override { return std::stol(Val(N(false), "tickLblSkip", "1")); }
+    void SetTickLabelSpacing(long v) override {
+        if (v < 1 || v > 31999) Refuse("Unable to set the TickLabelSpacing property of the Axis class");
+        SetVal(N(true), "tickLblSkip", std::to_string(v), kAxOrder, d_->c);
+    }
+    bool TickLabelSpacingIsAuto() override { return !ChildL(N(false), "tickLblSkip"); }
+    void SetTickLabelSpacingIsAuto(bool v) override { if (v) { auto ax = N(true); RemoveL(ax, "tickLblSkip"); } }
+    void Delete() override { SetVal(N(true), "delete", "1", kAxOrder, d_->c); }
+
+private:
+    std::function<pugi::xml_node(bool)> Fn() {
+        auto d = d_;
+        long t = type_, g = group_;
+        return [d, t, g](bool e) {
+            if (e) d->Touch();
+            return Node(*d, t, g);
+        };
+    }
+    pugi::xml_node N(bool edit) {
+        if (edit) d_->Touch();
+        auto n = Node(*d_, type_, group_);
+        if (!n) Refuse("Method 'Axes' of object '_Chart' failed");
+        return n;
+    }
+    bool Vertical() {
+        std::string pos = Val(N(false), "axPos", "b");
+        return pos == "l" || pos == "r";
+    }
+    void Toggle(const char* which, bool on) {
+        auto ax = N(true);
+        if (!on) RemoveL(ax, which);
+        else Ensure(ax, which, kAxOrder, d_->c);
+    }
+    bool IsValueScale() { return Local(N(false)) == "valAx" || Local(N(false)) == "dateAx"; }
+    void ValueOnly(const char* member) {
+        if (!IsValueScale()) Refuse(std::string("Unable to get the ") + member + " property of the Axis class");
+    }
+    pugi::xml_node Scaling(bool edit) {
+        auto ax = N(edit);
+        auto sc = ChildL(ax, "scaling");
+        if (!sc && edit) sc = InsertAt(ax, "scaling", kAxOrder, d_->c);
+        return sc;
+    }
+    double Scale(const char* which, double computed) {
+        ValueOnly(which[1] == 'i' ? "MinimumScale" : "MaximumScale");
+        auto sc = Scaling(false);
+        return ChildL(sc, which) ? Num(sc, which) : computed;
+    }
+    void SetScale(const char* which, double v) {
+        ValueOnly(which[1] == 'i' ? "MinimumScale" : "MaximumScale");
+        SetVal(Scaling(true), which, host::NumberToText(v), kScalingOrder, d_->c);
+    }
+    void ClearScale(const char* which) {
+        ValueOnly(which[1] == 'i' ? "MinimumScaleIsAuto" : "MaximumScaleIsAuto");
+        RemoveL(Scaling(true), which);
+    }
+    void SetUnit(const char* which, double v) {
+        ValueOnly(which);
+        if (v <= 0) Refuse(std::string("Unable to set the ") + which + " property of the Axis class");
+        SetVal(N(true), which, host::NumberToText(v), kAxOrder, d_->c);
+    }
+    // The largest cached value of the chart's series, rounded up to a whole major unit, as an
+    // automatic maximum reads.
+    double ComputedMax() {
+        double top = 0;
+        for (auto s : AllSeries(*d_)) {
+            for (const char* vname : {"val", "yVal"}) {
+                auto cache = ChildL(ChildL(ChildL(s, vname), "numRef"), "numCache");
+                for (auto pt : ChildrenL(cache, "pt")) top = std::max(top, std::atof(ChildL(pt, "v").text().get()));
+            }
+        }
+        if (top <= 0) return 1;
+        double unit = NiceUnit(top);
+        return std::ceil(top / unit) * unit + (std::fmod(top, unit) == 0 ? unit : 0);
+    }
+    static double NiceUnit(double max) {
+        double raw = max / 5;
+        double mag = std::pow(10, std::floor(std::log10(raw)));
+        for (double m : {1.0, 2.0, 5.0, 10.0})
+            if (raw <= m * mag) return m * mag;
+        return 10 * mag;
+    }
+    static long Mark(const std::string& v) {
+        if (v == "in") return host::xlTickMarkInside;
+        if (v == "out") return host::xlTickMarkOutside;
+        if (v == "none") return host::xlTickMarkNone;
+        return host::xlTickMarkCross;
+    }
+    static const char* MarkName(long v) {
+        if (v == host::xlTickMarkInside) return "in";
+        if (v == host::xlTickMarkOutside) return "out";
+        if (v == host::xlTickMarkNone) return "none";
+        if (v == host::xlTickMarkCross) return "cross";
+        Refuse("Unable to set the MajorTickMark property of the Axis class");
+    }
+
+    DocPtr d_;
+    long type_, group_;
+};
+
+}  // namespace
+
+pugi::xml_node FindAxis(ChartDoc& doc, long type, long group) { return Node(doc, type, group); }
+
+Ref<host::Axis> MakeAxis(DocPtr doc, long type, long group) {
+    auto n = Node(*doc, type, group);
+    if (!n || BoolVal(n, "delete", false)) Refuse("Method 'Axes' of object '_Chart' failed");
+    return std::make_shared<AxisImpl>(std::move(doc), type, group);
+}
+
+}  // namespace xlsx

@@ -1,0 +1,677 @@
+// Worksheet drawings: the drawing part of a sheet, its anchors and positions, adding and removing
+// shapes with the parts only they use.
+#include "xlsx/drawing.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+#include <functional>
+
+#include "host/chart_constants.h"
+#include "host/error.h"
+#include "xlsx/book.h"
+
+namespace xlsx {
+
+namespace {
+
+constexpr const char* kXdrNs = "http://schemas.openxmlformats.org/drawingml/2006/spreadsheetDrawing";
+constexpr const char* kDrawingMlNs = "http://schemas.openxmlformats.org/drawingml/2006/main";
+constexpr const char* kRelNs = "http://schemas.openxmlformats.org/officeDocument/2006/relationships";
+constexpr const char* kDrawingRel = "http://schemas.openxmlformats.org/officeDocument/2006/relationships/drawing";
+constexpr const char* kDrawingContentType = "application/vnd.openxmlformats-officedocument.drawing+xml";
+
+bool IsAnchor(std::string_view local) {
+    return local == "twoCellAnchor" || local == "oneCellAnchor" || local == "absoluteAnchor";
+}
+
+bool IsShapeElement(std::string_view local) {
+    return local == "sp" || local == "grpSp" || local == "graphicFrame" || local == "cxnSp" || local == "pic" ||
+           local == "contentPart";
+}
+
+// mc:AlternateContent: the first Choice that holds what we look for, else the Fallback; the
+// application understands every Choice it writes.
+pugi::xml_node Alternative(pugi::xml_node ac, const std::function<pugi::xml_node(pugi::xml_node)>& find) {
+    for (auto c : ac.children())
+        if (LocalName(c.name()) == "Choice")
+            if (auto hit = find(c)) return hit;
+    for (auto c : ac.children())
+        if (LocalName(c.name()) == "Fallback")
+            if (auto hit = find(c)) return hit;
+    return {};
+}
+
+pugi::xml_node ShapeElementIn(pugi::xml_node parent) {
+    for (auto c : parent.children()) {
+        auto l = LocalName(c.name());
+        if (IsShapeElement(l)) return c;
+        if (l == "AlternateContent")
+            if (auto hit = Alternative(c, ShapeElementIn)) return hit;
+    }
+    return {};
+}
+
+pugi::xml_node AnchorIn(pugi::xml_node parent) {
+    for (auto c : parent.children())
+        if (IsAnchor(LocalName(c.name()))) return c;
+    return {};
+}
+
+long long Emu(pugi::xml_node n, const char* attr) { return n.attribute(attr).as_llong(); }
+
+void SetAttr(pugi::xml_node n, const char* name, long long v) {
+    auto a = n.attribute(name);
+    if (!a) a = n.append_attribute(name);
+    a.set_value(v);
+}
+
+long long ToEmu(double points) { return std::llround(points * kEmuPerPoint); }
+
+pugi::xml_node NvProps(pugi::xml_node el) {
+    for (auto c : el.children())
+        if (LocalName(c.name()).substr(0, 2) == "nv") return Kid(c, "cNvPr");
+    return {};
+}
+
+pugi::xml_node Xfrm(pugi::xml_node el) {
+    auto l = LocalName(el.name());
+    if (l == "graphicFrame") return Kid(el, "xfrm");
+    if (l == "grpSp") return Kid(Kid(el, "grpSpPr"), "xfrm");
+    return Kid(Kid(el, "spPr"), "xfrm");
+}
+
+bool Wrapping(std::string_view l) { return l == "Choice" || l == "Fallback" || l == "AlternateContent"; }
+
+// The group or anchor an element belongs to, past any mc:AlternateContent around it.
+pugi::xml_node Container(pugi::xml_node el) {
+    auto p = el.parent();
+    while (p && Wrapping(LocalName(p.name()))) p = p.parent();
+    return p;
+}
+
+// The outermost node that holds the element inside its container.
+pugi::xml_node Wrapper(pugi::xml_node el) {
+    auto n = el;
+    while (n.parent() && Wrapping(LocalName(n.parent().name()))) n = n.parent();
+    return n;
+}
+
+bool InGroup(pugi::xml_node el) { return LocalName(Container(el).name()) == "grpSp"; }
+
+}  // namespace
+
+void DrawingNotAvailable(const char* member) {
+    throw host::Error(host::err::ApplicationDefined, std::string(member) + " is not available in this engine yet.");
+}
+
+pugi::xml_node KidMade(pugi::xml_node parent, std::string_view local) {
+    if (auto k = Kid(parent, local)) return k;
+    std::string_view pn = parent.name();
+    auto colon = pn.find(':');
+    std::string name = colon == std::string_view::npos ? std::string(local) : std::string(pn.substr(0, colon + 1)) + std::string(local);
+    return parent.append_child(name.c_str());
+}
+
+long ShapeType(pugi::xml_node el) {
+    auto l = LocalName(el.name());
+    if (l == "grpSp") return host::msoGroup;
+    if (l == "pic") return host::msoPicture;
+    if (l == "contentPart") return host::msoInk;
+    if (l == "graphicFrame") {
+        std::string uri = Kid(Kid(el, "graphic"), "graphicData").attribute("uri").value();
+        if (uri.find("chart") != std::string::npos) return host::msoChart;
+        if (uri.find("slicer") != std::string::npos || uri.find("timeslicer") != std::string::npos) return host::msoSlicer;
+        if (uri.find("diagram") != std::string::npos) return host::msoSmartArt;
+        if (uri.find("table") != std::string::npos) return host::msoTable;
+        return host::msoEmbeddedOLEObject;
+    }
+    auto spPr = Kid(el, "spPr");
+    std::string prst = Kid(spPr, "prstGeom").attribute("prst").value();
+    if (prst == "line") return host::msoLine;
+    if (l == "sp") {
+        for (auto c : Kid(el, "nvSpPr").children())
+            if (LocalName(c.name()) == "cNvSpPr" && c.attribute("txBox").as_bool()) return host::msoTextBox;
+        if (Kid(spPr, "custGeom")) return host::msoFreeform;
+    }
+    return host::msoAutoShape;
+}
+
+// ---------------------------------------------------------------- the drawing part
+
+Drawing::Drawing(SheetImpl& sheet) : sheet_(sheet) {}
+
+Book& Drawing::book() { return sheet_.book(); }
+
+void Drawing::Resolve() {
+    if (resolved_) return;
+    resolved_ = true;
+    auto& pkg = book().pkg();
+    auto root = pkg.Read(sheet_.Part()).document_element();
+    for (auto c : root.children()) {
+        if (LocalName(c.name()) != "drawing") continue;
+        for (auto a : c.attributes())
+            if (LocalName(a.name()) == "id") part_ = pkg.Target(sheet_.Part(), a.value());
+    }
+    if (!part_.empty() && !pkg.Has(part_)) part_.clear();
+    if (!part_.empty()) Prefixes();
+}
+
+void Drawing::Prefixes() {
+    auto root = book().pkg().Read(part_).document_element();
+    std::string_view n = root.name();
+    auto colon = n.find(':');
+    xdr = colon == std::string_view::npos ? "" : std::string(n.substr(0, colon + 1));
+    a.clear();
+    for (auto at : root.attributes())
+        if (std::strcmp(at.value(), kDrawingMlNs) == 0 && std::string_view(at.name()).substr(0, 6) == "xmlns:")
+            a = std::string(at.name() + 6) + ":";
+}
+
+const std::string& Drawing::Part() {
+    Resolve();
+    return part_;
+}
+
+pugi::xml_node Drawing::Root(bool edit) {
+    Resolve();
+    if (part_.empty()) return {};
+    auto& pkg = book().pkg();
+    auto root = edit ? pkg.Edit(part_).document_element() : pkg.Read(part_).document_element();
+    if (edit && a.empty()) a = PrefixFor(root, kDrawingMlNs, "a");
+    return root;
+}
+
+pugi::xml_node Drawing::EnsureRoot() {
+    if (auto r = Root(true)) return r;
+    auto& pkg = book().pkg();
+    std::string part;
+    for (int n = 1;; ++n) {
+        part = "xl/drawings/drawing" + std::to_string(n) + ".xml";
+        if (!pkg.Has(part)) break;
+    }
+    auto& doc = pkg.PutXml(part, kDrawingContentType);
+    auto root = doc.append_child("xdr:wsDr");
+    root.append_attribute("xmlns:xdr").set_value(kXdrNs);
+    root.append_attribute("xmlns:a").set_value(kDrawingMlNs);
+    std::string rid = pkg.AddRel(sheet_.Part(), kDrawingRel, part);
+
+    // <drawing> goes before whatever the schema puts after it in a worksheet or chart sheet.
+    auto sheet = pkg.Edit(sheet_.Part()).document_element();
+    std::string r = PrefixFor(sheet, kRelNs, "r");
+    static const std::set<std::string_view> kAfter = {"legacyDrawing", "legacyDrawingHF", "drawingHF", "picture",
+                                                      "oleObjects",    "controls",        "webPublishItems",
+                                                      "tableParts",    "extLst",          "AlternateContent"};
+    pugi::xml_node before;
+    for (auto c : sheet.children())
+        if (kAfter.count(LocalName(c.name()))) {
+            before = c;
+            break;
+        }
+    std::string_view sn = sheet.name();
+    auto colon = sn.find(':');
+    std::string name = (colon == std::string_view::npos ? "" : std::string(sn.substr(0, colon + 1))) + "drawing";
+    auto d = before ? sheet.insert_child_before(name.c_str(), before) : sheet.append_child(name.c_str());
+    d.append_attribute((r + "id").c_str()).set_value(rid.c_str());
+
+    part_ = part;
+    resolved_ = true;
+    xdr = "xdr:";
+    a = "a:";
+    return root;
+}
+
+std::vector<ShapeNodes> Drawing::TopShapes() {
+    std::vector<ShapeNodes> out;
+    auto root = Root(false);
+    for (auto c : root.children()) {
+        auto l = LocalName(c.name());
+        pugi::xml_node anchor;
+        if (IsAnchor(l)) anchor = c;
+        else if (l == "AlternateContent") anchor = Alternative(c, AnchorIn);
+        if (!anchor) continue;
+        if (auto el = ShapeElementIn(anchor)) out.push_back({c, anchor, el});
+    }
+    return out;
+}
+
+ShapeNodes Drawing::NodesOf(pugi::xml_node el) {
+    ShapeNodes s{{}, {}, el};
+    for (auto n = el; n && n.parent(); n = n.parent()) {
+        if (!s.anchor && IsAnchor(LocalName(n.name()))) s.anchor = n;
+        if (n.parent().parent().type() == pugi::node_document) s.top = n;  // a child of wsDr
+    }
+    return s;
+}
+
+std::vector<ShapeNodes> Drawing::Members(const ShapeNodes& group) {
+    std::vector<ShapeNodes> out;
+    for (auto c : group.el.children()) {
+        auto l = LocalName(c.name());
+        pugi::xml_node el;
+        if (IsShapeElement(l)) el = c;
+        else if (l == "AlternateContent") el = Alternative(c, ShapeElementIn);
+        if (el) out.push_back({group.top, group.anchor, el});
+    }
+    return out;
+}
+
+ShapeNodes Drawing::FindByName(const std::string& name) {
+    std::function<ShapeNodes(const std::vector<ShapeNodes>&)> walk = [&](const std::vector<ShapeNodes>& list) {
+        for (auto& s : list)
+            if (host::EqualsNoCase(NvProps(s.el).attribute("name").value(), name)) return s;
+        for (auto& s : list)
+            if (LocalName(s.el.name()) == "grpSp")
+                if (auto hit = walk(Members(s))) return hit;
+        return ShapeNodes{};
+    };
+    return walk(TopShapes());
+}
+
+long Drawing::NextId() {
+    long top = 1;
+    auto root = Root(false);
+    for (auto n : root.select_nodes(".//*[local-name()='cNvPr']")) top = std::max<long>(top, n.node().attribute("id").as_int());
+    return top + 1;
+}
+
+ShapeNodes Drawing::AddAnchor(const std::string& xml, const PointRect& r) {
+    auto root = EnsureRoot();
+    pugi::xml_document tmp;
+    tmp.load_string(xml.c_str());
+    std::function<void(pugi::xml_node)> rename = [&](pugi::xml_node n) {
+        std::string_view name = n.name();
+        if (name.substr(0, 4) == "xdr:") n.set_name((xdr + std::string(name.substr(4))).c_str());
+        else if (name.substr(0, 2) == "a:") n.set_name((a + std::string(name.substr(2))).c_str());
+        for (auto c : n.children())
+            if (c.type() == pugi::node_element) rename(c);
+    };
+    rename(tmp.document_element());
+    auto anchor = root.append_copy(tmp.document_element());
+    ShapeNodes s{anchor, anchor, ShapeElementIn(anchor)};
+    dead_.erase(s.el.internal_object());
+    SetRect(s, r);
+    return s;
+}
+
+// ---------------------------------------------------------------- grouping
+
+namespace {
+
+void WriteXfrm(pugi::xml_node x, long long ox, long long oy, long long cx, long long cy) {
+    auto off = KidMade(x, "off"), ext = KidMade(x, "ext");
+    SetAttr(off, "x", ox);
+    SetAttr(off, "y", oy);
+    SetAttr(ext, "cx", cx);
+    SetAttr(ext, "cy", cy);
+}
+
+}  // namespace
+
+ShapeNodes Drawing::Group(const std::vector<ShapeNodes>& members) {
+    auto root = Root(true);
+    for (auto& m : members)
+        if (InGroup(m.el)) DrawingNotAvailable("ShapeRange.Group of shapes already in a group");
+    // Members keep their Z order; the group takes the place of the frontmost.
+    std::vector<ShapeNodes> order;
+    for (auto& t : TopShapes())
+        for (auto& m : members)
+            if (m.top == t.top) order.push_back(t);
+    double x1 = 1e300, y1 = 1e300, x2 = -1e300, y2 = -1e300;
+    std::vector<PointRect> rects;
+    for (auto& m : order) {
+        auto r = Rect(m);
+        rects.push_back(r);
+        x1 = std::min(x1, r.x), y1 = std::min(y1, r.y);
+        x2 = std::max(x2, r.x + r.w), y2 = std::max(y2, r.y + r.h);
+    }
+    long id = NextId();
+    std::string xml =
+        "<xdr:twoCellAnchor><xdr:from><xdr:col>0</xdr:col><xdr:colOff>0</xdr:colOff><xdr:row>0</xdr:row>"
+        "<xdr:rowOff>0</xdr:rowOff></xdr:from><xdr:to><xdr:col>0</xdr:col><xdr:colOff>0</xdr:colOff><xdr:row>0</xdr:row>"
+        "<xdr:rowOff>0</xdr:rowOff></xdr:to><xdr:grpSp><xdr:nvGrpSpPr><xdr:cNvPr id=\"" + std::to_string(id) +
+        "\" name=\"Group " + std::to_string(id - 1) +
+        "\"/><xdr:cNvGrpSpPr/></xdr:nvGrpSpPr><xdr:grpSpPr><a:xfrm><a:off x=\"0\" y=\"0\"/><a:ext cx=\"0\" cy=\"0\"/>"
+        "<a:chOff x=\"0\" y=\"0\"/><a:chExt cx=\"0\" cy=\"0\"/></a:xfrm></xdr:grpSpPr></xdr:grpSp><xdr:clientData/>"
+        "</xdr:twoCellAnchor>";
+    auto g = AddAnchor(xml, {x1, y1, x2 - x1, y2 - y1});
+    root.insert_move_after(g.top, order.back().top);
+    auto gx = Xfrm(g.el);
+    WriteXfrm(gx, ToEmu(x1), ToEmu(y1), ToEmu(x2 - x1), ToEmu(y2 - y1));
+    SetAttr(Kid(gx, "chOff"), "x", ToEmu(x1));
+    SetAttr(Kid(gx, "chOff"), "y", ToEmu(y1));
+    SetAttr(Kid(gx, "chExt"), "cx", ToEmu(x2 - x1));
+    SetAttr(Kid(gx, "chExt"), "cy", ToEmu(y2 - y1));
+    for (size_t i = 0; i < order.size(); ++i) {
+        auto& m = order[i];
+        auto& r = rects[i];
+        // A member's own transform is its place in the group's child space: here, the sheet's EMU.
+        auto x = Xfrm(m.el);
+        if (!x) {
+            std::string_view l = LocalName(m.el.name());
+            auto holder = l == "graphicFrame" ? m.el : l == "grpSp" ? KidMade(m.el, "grpSpPr") : KidMade(m.el, "spPr");
+            auto after = l == "graphicFrame" ? Kid(m.el, "nvGraphicFramePr") : pugi::xml_node{};
+            std::string name = (l == "graphicFrame" ? xdr : a) + "xfrm";
+            x = after ? holder.insert_child_after(name.c_str(), after) : holder.prepend_child(name.c_str());
+        }
+        // A nested group keeps its child space; only its place changes.
+        WriteXfrm(x, ToEmu(r.x), ToEmu(r.y), ToEmu(r.w), ToEmu(r.h));
+        g.el.append_move(Wrapper(m.el));
+        root.remove_child(m.top);
+    }
+    return NodesOf(g.el);
+}
+
+std::vector<ShapeNodes> Drawing::Ungroup(const ShapeNodes& group) {
+    auto root = Root(true);
+    if (InGroup(group.el)) DrawingNotAvailable("Shape.Ungroup of a group inside a group");
+    std::vector<std::pair<ShapeNodes, PointRect>> members;
+    for (auto& m : Members(group)) members.push_back({m, Rect(m)});
+    std::vector<ShapeNodes> out;
+    auto after = group.top;
+    for (auto& [m, r] : members) {
+        auto anchor = root.insert_copy_after(group.anchor, after);
+        for (auto c = anchor.first_child(); c;) {  // an empty anchor like the group's
+            auto next = c.next_sibling();
+            auto l = LocalName(c.name());
+            if (l != "from" && l != "to" && l != "pos" && l != "ext" && l != "clientData") anchor.remove_child(c);
+            c = next;
+        }
+        auto client = Kid(anchor, "clientData");
+        auto moved = Wrapper(m.el);
+        if (client) anchor.insert_move_before(moved, client);
+        else anchor.append_move(moved);
+        ShapeNodes s{anchor, anchor, m.el};
+        SetRect(s, r);
+        out.push_back(s);
+        after = anchor;
+    }
+    Bury(group.el);
+    root.remove_child(group.top);
+    return out;
+}
+
+// ---------------------------------------------------------------- removing
+
+void Drawing::Bury(pugi::xml_node n) {
+    if (IsShapeElement(LocalName(n.name()))) {
+        dead_.insert(n.internal_object());
+        frames_.erase(n.internal_object());
+    }
+    for (auto c : n.children())
+        if (c.type() == pugi::node_element) Bury(c);
+}
+
+void Drawing::Remove(const ShapeNodes& s) {
+    if (IsLegacyObject(s)) DrawingNotAvailable("Shape.Delete of OLE objects and controls");
+    auto& pkg = book().pkg();
+    auto root = Root(true);
+    pugi::xml_node gone = InGroup(s.el) ? Wrapper(s.el) : s.top;
+
+    std::set<std::string> ids;
+    std::map<std::string, std::string> known;  // id -> type
+    for (auto& rel : pkg.Rels(part_)) known[rel.id] = rel.type;
+    std::function<void(pugi::xml_node, std::set<std::string>&)> collect = [&](pugi::xml_node n, std::set<std::string>& into) {
+        for (auto at : n.attributes()) {
+            if (!std::strchr(at.name(), ':') || !known.count(at.value())) continue;
+            into.insert(at.value());
+            // A diagram's data names the diagram's drawing, a relationship of this part, by relId.
+            const std::string& type = known[at.value()];
+            if (type.size() > 12 && type.substr(type.size() - 12) == "/diagramData") {
+                auto data = pkg.Target(part_, at.value());
+                if (!data.empty() && pkg.Has(data))
+                    for (auto x : pkg.Read(data).select_nodes("//@relId"))
+                        if (known.count(x.attribute().value())) into.insert(x.attribute().value());
+            }
+        }
+        for (auto c : n.children())
+            if (c.type() == pugi::node_element) collect(c, into);
+    };
+    collect(gone, ids);
+    auto parent = gone.parent();
+    Bury(gone);
+    parent.remove_child(gone);
+
+    std::set<std::string> still;
+    collect(root, still);
+    for (auto& id : ids) {
+        if (still.count(id)) continue;
+        std::string target = pkg.Target(part_, id);
+        pkg.RemoveRel(part_, id);
+        if (!target.empty() && pkg.Has(target) && !pkg.IsTarget(target)) pkg.RemoveTree(target);
+    }
+
+    // A group left without members goes too.
+    if (LocalName(parent.name()) == "grpSp" && Members({s.top, s.anchor, parent}).empty()) {
+        Remove({s.top, s.anchor, parent});
+        return;
+    }
+    if (root.find_child([](pugi::xml_node n) { return n.type() == pugi::node_element; })) return;
+
+    // The last shape went: the part, its relationship and the sheet's reference go as well.
+    std::string part = part_;
+    book().pkg().RemoveTree(part);
+    auto sheet = pkg.Edit(sheet_.Part()).document_element();
+    for (auto c : sheet.children()) {
+        if (LocalName(c.name()) != "drawing") continue;
+        for (auto at : c.attributes())
+            if (LocalName(at.name()) == "id") pkg.RemoveRel(sheet_.Part(), at.value());
+        sheet.remove_child(c);
+        break;
+    }
+    part_.clear();
+}
+
+// ---------------------------------------------------------------- positions
+
+double Drawing::ColX(long col0) {
+    double x = 0;
+    for (long c = 1; c <= col0; ++c) x += sheet_.ColumnWidthPoints(c);
+    return x;
+}
+
+double Drawing::RowY(long row0) {
+    double y = 0;
+    for (long r = 1; r <= row0; ++r) y += sheet_.RowHeightPoints(r);
+    return y;
+}
+
+void Drawing::XToCol(double x, long& col0, long& offEmu) {
+    double acc = 0;
+    x = std::max(0.0, x);
+    for (long c = 1; c <= kMaxCols; ++c) {
+        double w = sheet_.ColumnWidthPoints(c);
+        if (x < acc + w || c == kMaxCols) {
+            col0 = c - 1;
+            offEmu = std::min(ToEmu(x - acc), ToEmu(w));
+            return;
+        }
+        acc += w;
+    }
+}
+
+void Drawing::YToRow(double y, long& row0, long& offEmu) {
+    double acc = 0;
+    y = std::max(0.0, y);
+    for (long r = 1; r <= kMaxRows; ++r) {
+        double h = sheet_.RowHeightPoints(r);
+        if (y < acc + h || r == kMaxRows) {
+            row0 = r - 1;
+            offEmu = std::min(ToEmu(y - acc), ToEmu(h));
+            return;
+        }
+        acc += h;
+    }
+}
+
+PointRect Drawing::AnchorRect(pugi::xml_node anchor) {
+    auto l = LocalName(anchor.name());
+    auto corner = [&](pugi::xml_node m, double& x, double& y) {
+        x = ColX(Kid(m, "col").text().as_int()) + Kid(m, "colOff").text().as_llong() / kEmuPerPoint;
+        y = RowY(Kid(m, "row").text().as_int()) + Kid(m, "rowOff").text().as_llong() / kEmuPerPoint;
+    };
+    PointRect r;
+    if (l == "absoluteAnchor") {
+        auto pos = Kid(anchor, "pos");
+        r.x = Emu(pos, "x") / kEmuPerPoint;
+        r.y = Emu(pos, "y") / kEmuPerPoint;
+    } else {
+        corner(Kid(anchor, "from"), r.x, r.y);
+    }
+    if (l == "twoCellAnchor") {
+        double x2, y2;
+        corner(Kid(anchor, "to"), x2, y2);
+        r.w = x2 - r.x;
+        r.h = y2 - r.y;
+    } else {
+        auto ext = Kid(anchor, "ext");
+        r.w = Emu(ext, "cx") / kEmuPerPoint;
+        r.h = Emu(ext, "cy") / kEmuPerPoint;
+    }
+    return r;
+}
+
+void Drawing::WriteAnchor(pugi::xml_node anchor, const PointRect& r) {
+    auto l = LocalName(anchor.name());
+    auto corner = [&](const char* which, double x, double y) {
+        auto m = KidMade(anchor, which);
+        long col, row, colOff, rowOff;
+        XToCol(x, col, colOff);
+        YToRow(y, row, rowOff);
+        KidMade(m, "col").text().set(col);
+        KidMade(m, "colOff").text().set(static_cast<long long>(colOff));
+        KidMade(m, "row").text().set(row);
+        KidMade(m, "rowOff").text().set(static_cast<long long>(rowOff));
+    };
+    if (l == "absoluteAnchor") {
+        auto pos = Kid(anchor, "pos");
+        SetAttr(pos, "x", ToEmu(r.x));
+        SetAttr(pos, "y", ToEmu(r.y));
+    } else {
+        corner("from", r.x, r.y);
+    }
+    if (l == "twoCellAnchor") {
+        corner("to", r.x + r.w, r.y + r.h);
+    } else {
+        auto ext = Kid(anchor, "ext");
+        SetAttr(ext, "cx", ToEmu(r.w));
+        SetAttr(ext, "cy", ToEmu(r.h));
+    }
+}
+
+PointRect Drawing::Rect(const ShapeNodes& s) {
+    if (!InGroup(s.el)) return AnchorRect(s.anchor);
+    auto group = Container(s.el);
+    PointRect g = Rect({s.top, s.anchor, group});
+    auto gx = Xfrm(group);
+    auto chOff = Kid(gx, "chOff"), chExt = Kid(gx, "chExt");
+    auto x = Xfrm(s.el);
+    auto off = Kid(x, "off"), ext = Kid(x, "ext");
+    double cx = Emu(chExt, "cx"), cy = Emu(chExt, "cy");
+    double sx = cx ? g.w / cx : 0, sy = cy ? g.h / cy : 0;
+    return {g.x + (Emu(off, "x") - Emu(chOff, "x")) * sx, g.y + (Emu(off, "y") - Emu(chOff, "y")) * sy,
+            Emu(ext, "cx") * sx, Emu(ext, "cy") * sy};
+}
+
+void Drawing::SetRect(const ShapeNodes& s, const PointRect& r) {
+    Root(true);
+    auto x = Xfrm(s.el);
+    if (!InGroup(s.el)) {
+        WriteAnchor(s.anchor, r);
+        // The shape's own transform follows the anchor as the application writes it; a chart
+        // frame's stays as it is (the application writes zeros there).
+        if (x && LocalName(s.el.name()) != "graphicFrame") {
+            auto off = KidMade(x, "off"), ext = KidMade(x, "ext");
+            SetAttr(off, "x", ToEmu(r.x));
+            SetAttr(off, "y", ToEmu(r.y));
+            SetAttr(ext, "cx", ToEmu(r.w));
+            SetAttr(ext, "cy", ToEmu(r.h));
+        }
+        return;
+    }
+    auto group = Container(s.el);
+    PointRect g = Rect({s.top, s.anchor, group});
+    if (g.w <= 0 || g.h <= 0 || !x) DrawingNotAvailable("Moving a member of an empty group");
+    auto gx = Xfrm(group);
+    auto chOff = Kid(gx, "chOff"), chExt = Kid(gx, "chExt");
+    double ux = Emu(chExt, "cx") / g.w, uy = Emu(chExt, "cy") / g.h;
+    auto off = KidMade(x, "off"), ext = KidMade(x, "ext");
+    SetAttr(off, "x", Emu(chOff, "x") + std::llround((r.x - g.x) * ux));
+    SetAttr(off, "y", Emu(chOff, "y") + std::llround((r.y - g.y) * uy));
+    SetAttr(ext, "cx", std::llround(r.w * ux));
+    SetAttr(ext, "cy", std::llround(r.h * uy));
+}
+
+long Drawing::ZPosition(const ShapeNodes& s) {
+    if (InGroup(s.el)) DrawingNotAvailable("Shape.ZOrderPosition of a group member");
+    auto all = TopShapes();
+    for (size_t i = 0; i < all.size(); ++i)
+        if (all[i].top == s.top) return static_cast<long>(i) + 1;
+    return 0;
+}
+
+void Drawing::ZOrder(const ShapeNodes& s, long cmd) {
+    if (InGroup(s.el)) DrawingNotAvailable("Shape.ZOrder of a group member");
+    auto root = Root(true);
+    auto all = TopShapes();
+    auto it = std::find_if(all.begin(), all.end(), [&](const ShapeNodes& x) { return x.top == s.top; });
+    if (it == all.end()) return;
+    switch (cmd) {
+        case host::msoBringToFront:
+            if (all.back().top != s.top) root.insert_move_after(s.top, all.back().top);
+            break;
+        case host::msoSendToBack:
+            if (all.front().top != s.top) root.insert_move_before(s.top, all.front().top);
+            break;
+        case host::msoBringForward:
+            if (it + 1 != all.end()) root.insert_move_after(s.top, (it + 1)->top);
+            break;
+        case host::msoSendBackward:
+            if (it != all.begin()) root.insert_move_before(s.top, (it - 1)->top);
+            break;
+        default:
+            DrawingNotAvailable("Shape.ZOrder with this command");
+    }
+}
+
+bool Drawing::IsLegacyObject(const ShapeNodes& s) {
+    // The shape of an OLE object or a control names its VML twin (a14:compatExt).
+    auto list = Kid(NvProps(s.el), "extLst");
+    for (auto ext : list.children())
+        if (Kid(ext, "compatExt")) return true;
+    return false;
+}
+
+long Drawing::TypeOf(const ShapeNodes& s) {
+    long t = ShapeType(s.el);
+    if (!IsLegacyObject(s)) return t;
+    std::string id = NvProps(s.el).attribute("id").value();
+    auto& pkg = book().pkg();
+    auto sheet = pkg.Read(sheet_.Part()).document_element();
+    for (auto x : sheet.select_nodes(".//*[local-name()='oleObject' or local-name()='control']")) {
+        auto n = x.node();
+        if (id != n.attribute("shapeId").value()) continue;
+        if (LocalName(n.name()) == "oleObject") return n.attribute("link") ? host::msoLinkedOLEObject : host::msoEmbeddedOLEObject;
+        for (auto at : n.attributes())
+            if (LocalName(at.name()) == "id")
+                for (auto& rel : pkg.Rels(sheet_.Part()))
+                    if (rel.id == at.value())
+                        return rel.type.size() >= 8 && rel.type.substr(rel.type.size() - 8) == "ctrlProp" ? host::msoFormControl
+                                                                                                     : host::msoOLEControlObject;
+    }
+    return t;
+}
+
+std::string Drawing::ChartPart(const ShapeNodes& s) {
+    if (LocalName(s.el.name()) != "graphicFrame") return {};
+    auto data = Kid(Kid(s.el, "graphic"), "graphicData");
+    // Only DrawingML charts: the newer chart kinds (chartex) have a part of another model.
+    if (std::string_view(data.attribute("uri").value()) != "http://schemas.openxmlformats.org/drawingml/2006/chart") return {};
+    for (auto c : data.children())
+        if (LocalName(c.name()) == "chart")
+            for (auto at : c.attributes())
+                if (LocalName(at.name()) == "id") return book().pkg().Target(part_, at.value());
+    return {};
+}
+
+}  // namespace xlsx

@@ -1,0 +1,134 @@
+#pragma once
+// Worksheet drawings (xl/drawings/drawingN.xml, spreadsheetDrawing): the shapes of a sheet read
+// from and edited in the drawing part's DOM, which stays the one truth. Not for use outside src/xlsx.
+#include <map>
+#include <memory>
+#include <set>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <pugixml.hpp>
+
+#include "host/drawing.h"
+#include "xlsx/ooxml.h"
+
+namespace xlsx {
+
+class Book;
+class SheetImpl;
+class ChartObjectImpl;
+
+// host::Error 1004 "<member> is not available in this engine yet."
+[[noreturn]] void DrawingNotAvailable(const char* member);
+
+inline constexpr double kEmuPerPoint = 12700;
+
+// That child, made (appended) when missing, with the parent's prefix.
+pugi::xml_node KidMade(pugi::xml_node parent, std::string_view local);
+
+// A shape of a drawing: the node under wsDr that holds it (an anchor or an mc:AlternateContent
+// around one), its anchor, and its element (sp, pic, graphicFrame, grpSp, cxnSp), which for a
+// member of a group lies inside the group.
+struct ShapeNodes {
+    pugi::xml_node top, anchor, el;
+    explicit operator bool() const { return bool(el); }
+};
+
+struct PointRect {
+    double x = 0, y = 0, w = 0, h = 0;
+};
+
+// The drawing of one sheet. Owned by the sheet; shapes reach it through their sheet.
+class Drawing {
+public:
+    explicit Drawing(SheetImpl& sheet);
+
+    SheetImpl& sheet() { return sheet_; }
+    Book& book();
+    // The drawing part, "" while the sheet has none.
+    const std::string& Part();
+    pugi::xml_node Root(bool edit);  // wsDr; empty without a part
+    // Makes the part, its relationship and the sheet's <drawing r:id> on first use.
+    pugi::xml_node EnsureRoot();
+
+    std::vector<ShapeNodes> TopShapes();  // Z order from the back
+    // The holder and anchor of a shape element as they are now (grouping moves elements).
+    ShapeNodes NodesOf(pugi::xml_node el);
+    std::vector<ShapeNodes> Members(const ShapeNodes& group);
+    ShapeNodes FindByName(const std::string& name);  // top-level first, then inside groups
+    long NextId();
+
+    // Adds an anchor made from XML with the prefixes xdr: and a: (renamed to the part's own).
+    ShapeNodes AddAnchor(const std::string& xml, const PointRect& r);
+    // Puts top-level shapes into a new group, or a group's members back on the sheet.
+    ShapeNodes Group(const std::vector<ShapeNodes>& members);
+    std::vector<ShapeNodes> Ungroup(const ShapeNodes& group);
+    // Removes a shape, with the parts only it used; the drawing part goes with its last shape.
+    void Remove(const ShapeNodes& s);
+    bool Alive(pugi::xml_node el) const { return !dead_.count(el.internal_object()); }
+
+    PointRect Rect(const ShapeNodes& s);
+    void SetRect(const ShapeNodes& s, const PointRect& r);
+    long ZPosition(const ShapeNodes& s);
+    void ZOrder(const ShapeNodes& s, long cmd);
+
+    // Kind of a shape as the application reports it, OLE objects and controls told apart through
+    // the sheet's oleObjects and controls.
+    long TypeOf(const ShapeNodes& s);
+    // OLE objects and controls keep their own parts and sheet markup.
+    bool IsLegacyObject(const ShapeNodes& s);
+
+    // The chart part of a chart frame, "" for other shapes.
+    std::string ChartPart(const ShapeNodes& s);
+    std::shared_ptr<ChartObjectImpl> Frame(const ShapeNodes& s);  // one object per frame
+
+    // Sheet positions: the left edge of a 0-based column, the top of a 0-based row, and back.
+    double ColX(long col0);
+    double RowY(long row0);
+    void XToCol(double x, long& col0, long& offEmu);
+    void YToRow(double y, long& row0, long& offEmu);
+
+    std::string xdr, a;  // prefixes in use in the part, with their colon
+
+private:
+    void Resolve();
+    void Prefixes();
+    PointRect AnchorRect(pugi::xml_node anchor);
+    void WriteAnchor(pugi::xml_node anchor, const PointRect& r);
+    void Bury(pugi::xml_node n);
+
+    SheetImpl& sheet_;
+    bool resolved_ = false;
+    std::string part_;
+    std::set<const void*> dead_;  // elements of removed shapes, so stale handles raise
+    std::map<const void*, std::shared_ptr<ChartObjectImpl>> frames_;
+};
+
+// Kind of a shape element as the application reports it (msoChart, msoTextBox ...).
+long ShapeType(pugi::xml_node el);
+
+// ---------------------------------------------------------------- objects (drawing_*.cpp)
+
+std::shared_ptr<host::Shape> MakeShape(std::shared_ptr<SheetImpl> sheet, const ShapeNodes& s);
+
+// The text body of a shape (xdr:txBody), made on first write.
+struct TextHost {
+    std::shared_ptr<SheetImpl> sheet;  // keeps the drawing alive
+    ShapeNodes s;
+    Drawing& drawing();
+    pugi::xml_node Body(bool make);
+};
+std::shared_ptr<host::TextFrame> MakeTextFrame(TextHost host);
+std::shared_ptr<host::TextFrame2> MakeTextFrame2(TextHost host);
+
+std::shared_ptr<host::FillFormat> MakeShapeFill(std::shared_ptr<SheetImpl> sheet, const ShapeNodes& s);
+std::shared_ptr<host::LineFormat> MakeShapeLine(std::shared_ptr<SheetImpl> sheet, const ShapeNodes& s);
+
+// Theme colours and DrawingML colour elements (srgbClr, schemeClr, sysClr, prstClr) as RGB longs
+// (red in the low byte, as automation has them).
+long ColorElementRgb(Book& book, pugi::xml_node color, long fallback);
+long ThemeColorRgb(Book& book, std::string_view name);  // "accent1", "tx1", "lt1" ...
+std::string ThemeMinorFont(Book& book);
+
+}  // namespace xlsx
