@@ -3,6 +3,7 @@
 #include "common/common_functions.h"
 #include "common/constants.h"
 #include "forms/frontend.h"
+#include "host/chart.h"
 #include "host/constants.h"
 #include "host/workbook.h"
 #include "metadata/ps_functions.h"
@@ -118,8 +119,158 @@ void PSChartBuilder::PopulateModifiedCharts(const std::string& sTableRangeName) 
     restore();
 }
 
-void PSChartBuilder::PopulateChart(const std::string&) {
-    // Building a chart (validation, map, data sheet, drawing) is not built yet: nothing happens.
+void PSChartBuilder::PopulateChart(const std::string& sChartID) {
+    try {
+        auto& cf = *c.common;
+        if (!c.colTables) c.functions->RetrieveTableDefinitions();
+        if (!c.colCharts) c.functions->RetrieveChartDefinitions();
+        auto oChartElement = Obj(Obj(c.colCharts).Item(sChartID)).selectSingleNode("chart");
+        mChartType = cf.GetAttributeText(oChartElement, "type");
+        std::string sName = cf.GetAttributeText(oChartElement, "name");
+        std::string sCrosshatched = cf.GetAttributeText(oChartElement, "chart-area-crosshatched");
+        CallMacro(c, sMacroRefreshStarted, {sChartID});
+
+        bool bValid = false;
+        if (mChartType != "unknown") {
+            bValid = ValidateSourceData(oChartElement);
+        } else {
+            cf.ShowMessage(cf.ReplaceTokens(
+                "Chart '/TKN/' has become unavailable because it was changed to an unsupported chart type.", {sName}));
+        }
+
+        mChart = Obj(c.colChartObjects).Item(sChartID);
+        mNewOrCopiedChart = c.lMethodType == mtNew || c.lMethodType == mtCopy;
+        // Valid or not: a chart that can't be built is left without series.
+        DeleteAllSeries();
+
+        auto oChartArea = Obj(mChart).ChartArea();
+        bool bAreaWithoutColour = oChartArea->Interior()->ColorIndex() == host::Variant(host::xlNone);
+        if (bAreaWithoutColour && !bValid) {
+            CrosshatchChartArea();
+            oChartElement.setAttribute("chart-area-crosshatched", "yes");
+            return;
+        }
+        // A chart area with a colour of its own, an earlier crosshatch among them, stays as it is.
+        if (!bValid) return;
+
+        if (!BuildPivotMap(oChartElement)) return;
+        if (!PopulateDataSheetOffi2007(oChartElement)) return;
+        if (!SortDataSheet(oChartElement)) return;
+        RetrievePersistedProperties(oChartElement);
+        if (!mNewOrCopiedChart) oChartArea->SetAutoScaleFont(false);
+
+        if (mChartType == "area" || mChartType == "bar" || mChartType == "column") {
+            PopulateABCChart(oChartElement);
+            SetABCChartAttributes(oChartElement);
+        } else if (mChartType == "pie") {
+            PopulatePieChart(oChartElement);
+            SetPieChartAttributes(oChartElement);
+        } else if (mChartType == "bubble") {
+            AdjustBubbleSizes(oChartElement);
+            PopulateBubbleChart(oChartElement);
+            SetBubbleChartAttributes(oChartElement);
+            SetBubbleChartQuadrants(oChartElement);
+        } else if (mChartType == "strategic bucket") {
+            InsertBucketData(oChartElement);
+            PopulateStrBuckChart(oChartElement);
+            SetStrBuckChartAttributes(oChartElement);
+        } else {
+            cf.ShowMessage(std::string("PSChartBuilder.PopulateChart") + vbCrLf + "Unknown chart type");
+            return;
+        }
+
+        SetChartComment(oChartElement);
+        if (mNewOrCopiedChart) {
+            auto oPlotArea = Obj(mChart).PlotArea();
+            oPlotArea->Interior()->SetColorIndex(host::xlNone);
+            oPlotArea->Border()->SetLineStyle(0L);  // not a named line style; it stands as it always has
+        }
+        // How a chart recovers: the crosshatch goes even if the user coloured the area meanwhile.
+        if (sCrosshatched == "yes") {
+            oChartElement.setAttribute("chart-area-crosshatched", "no");
+            oChartArea->Interior()->SetColorIndex(host::xlNone);
+        }
+    } catch (const std::exception&) {
+        c.common->ReportError("PSChartBuilder.PopulateChart");
+    }
+}
+
+void PSChartBuilder::DeleteAllSeries() {
+    host::Ref<host::SeriesCollection> oSeriesCollection;
+    IgnoreErrors([&] { oSeriesCollection = Obj(mChart).SeriesCollection(); });
+    if (!oSeriesCollection) return;
+    std::vector<host::Ref<host::Series>> aSeries;
+    IgnoreErrors([&] { aSeries = host::Each(*oSeriesCollection); });
+    for (auto& oSeries : aSeries) IgnoreErrors([&] { oSeries->Delete(); });
+}
+
+// An upward diagonal hatch in the palette's grey over white marks a chart that can't be built.
+void PSChartBuilder::CrosshatchChartArea() {
+    auto oFill = Obj(mChart).ChartArea()->Fill();
+    oFill->Patterned(host::msoPatternLightUpwardDiagonal);
+    oFill->ForeColor()->SetSchemeColor(15);
+    oFill->BackColor()->SetSchemeColor(2);
+    oFill->SetVisible(host::msoTrue);
+}
+
+// ---------------------------------------------------------------- steps still to come
+// Each is called where it belongs in a build and does nothing yet.
+
+bool PSChartBuilder::SortDataSheet(const dom::Element&) {
+    // Sorting bubble and bucket blocks isn't built yet; the other types are never sorted.
+    return true;
+}
+
+void PSChartBuilder::AdjustBubbleSizes(const dom::Element&) {
+    // Raising tiny bubbles to a visible size isn't built yet.
+}
+
+void PSChartBuilder::InsertBucketData(const dom::Element&) {
+    // Writing the bucket values into their pseudo-row isn't built yet.
+}
+
+void PSChartBuilder::RetrievePersistedProperties(const dom::Element&) {
+    // Reading the persisted legend, label and axis fonts isn't built yet.
+}
+
+void PSChartBuilder::PopulateABCChart(const dom::Element&) {
+    // Drawing the series of area, bar and column charts isn't built yet.
+}
+
+void PSChartBuilder::SetABCChartAttributes(const dom::Element&) {
+    // Titles, labels, type and legend of area, bar and column charts aren't built yet.
+}
+
+void PSChartBuilder::PopulatePieChart(const dom::Element&) {
+    // Drawing the series of pie charts isn't built yet.
+}
+
+void PSChartBuilder::SetPieChartAttributes(const dom::Element&) {
+    // The attributes of pie charts aren't built yet.
+}
+
+void PSChartBuilder::PopulateBubbleChart(const dom::Element&) {
+    // Drawing the series of bubble charts isn't built yet.
+}
+
+void PSChartBuilder::SetBubbleChartAttributes(const dom::Element&) {
+    // The attributes of bubble charts aren't built yet.
+}
+
+void PSChartBuilder::SetBubbleChartQuadrants(const dom::Element&) {
+    // The quadrant lines of bubble charts aren't built yet.
+}
+
+void PSChartBuilder::PopulateStrBuckChart(const dom::Element&) {
+    // Drawing the series of strategic bucket charts isn't built yet.
+}
+
+void PSChartBuilder::SetStrBuckChartAttributes(const dom::Element&) {
+    // The attributes of strategic bucket charts aren't built yet.
+}
+
+void PSChartBuilder::SetChartComment(const dom::Element&) {
+    // The chart's comment box isn't built yet.
 }
 
 }  // namespace ps

@@ -1,22 +1,74 @@
 #pragma once
 // PSChartBuilder: rebuilds one chart, all charts, or the charts of one table, and holds the
-// variables of the chart being built.
+// variables of the chart being built. A build runs validation (validation.cpp), the map
+// (pivot_map.cpp), the data sheet (data_sheet.cpp) and the drawing, in the order PopulateChart
+// gives; the map variables live from one build until the next replaces them.
+#include <memory>
+#include <optional>
 #include <string>
+#include <vector>
 
+#include "builder/map_instruction.h"
 #include "common/component.h"
+#include "dom/document.h"
+#include "host/collection.h"
 #include "host/fwd.h"
+#include "host/variant.h"
 
 namespace ps {
+
+// A dictionary variable of the builder; null until a map makes it.
+using DictionaryRef = std::shared_ptr<host::Dictionary<host::Variant>>;
+using MapInstructionRef = std::shared_ptr<CPSMapInstruction>;
+
+// The pivoted data of one chart: category index by series index, both from 1; all Empty at first.
+class DataRectangle {
+public:
+    DataRectangle(long lCategories, long lSeries);
+    long Categories() const { return lCategories_; }
+    long Series() const { return lSeries_; }
+    // Raises "Subscript out of range" (9) outside the bounds.
+    host::Variant& operator()(long lCategory, long lSeries);
+
+private:
+    long lCategories_;
+    long lSeries_;
+    std::vector<host::Variant> aCells_;
+};
 
 class PSChartBuilder {
 public:
     explicit PSChartBuilder(Component& c) : c(c) {}
 
+    // ---- the refresh driver
     void PopulateAllCharts();
     void RefreshAllCharts();
     void PopulateModifiedCharts(const std::string& sTableRangeName);
     void RefreshChart(const std::string& sChartID);
     void PopulateChart(const std::string& sChartID);
+
+    // ---- source validation: checks a definition against colTables and carries the table's
+    // geometry and column numbers into it; the first failing rule shows its message.
+    bool ValidateSourceData(const dom::Element& oChartElement);
+    bool ValidateSourceColumn(const dom::Element& oColumnElement, const dom::Element& oTableElement,
+                              const std::string& sHeadingsIn);
+    // sColumnKind "bucket-name-column" or "bucket-value-column"; 0 when no column fits.
+    long BucketColumnPosition(const std::string& sColumnName, const std::string& sColumnKind,
+                              const dom::Element& oTableElement);
+
+    // ---- the map: fills the map variables below from a validated definition
+    bool BuildPivotMap(const dom::Element& oChartElement);
+
+    // ---- the data sheet
+    bool PopulateDataSheetOffi2007(const dom::Element& oChartElement);
+    // The walk of the map over the table; nothing after an error, which was shown.
+    std::optional<DataRectangle> GetSourceData(const dom::Element& oChartElement);
+    bool MoveToDataSheet(long lStartRow, const dom::Element& oChartElement, const std::string& sChartID,
+                         DataRectangle& aData, const host::Ref<host::Worksheet>& oSheet);
+    bool CreateDataSheet();
+
+    // ---- finishing the data sheet
+    bool SortDataSheet(const dom::Element& oChartElement);
 
     // The chart being built.
     std::string mChartType = "unknown";
@@ -24,9 +76,43 @@ public:
     bool mNewOrCopiedChart = false;
     long mSavedCalculation = 0;
 
+    // The map: upper-cased text to a 1-based index, and to the text as first seen.
+    DictionaryRef mCategoryPositions;
+    DictionaryRef mCategoryNames;
+    DictionaryRef mSeriesPositions;
+    DictionaryRef mSeriesNames;
+    CollectionRef<MapInstructionRef> mMapInstructions;
+    std::shared_ptr<host::Dictionary<double>> mStrategicBuckets;
+    long mCategoryCount = 0;  // rows of the rectangle
+    long mSeriesCount = 0;    // columns of the rectangle
+
 private:
+    // A position read from a map dictionary: a key never numbered reads Empty, which counts 0.
+    static long Position(const host::Variant& vPosition) { return vPosition.IsEmpty() ? 0 : host::CLng(vPosition); }
     bool OlderHost();  // version 11 or below: no busy window
     void RunRefresh(long lBusyMethod, const std::string& sChartID);
+    void DeleteAllSeries();
+    void CrosshatchChartArea();
+
+    // Map builders of their own families.
+    bool BuildBubbleMap(const dom::Element& oChartElement);
+    bool BuildStrBuckMap(const dom::Element& oChartElement);
+
+    // Finishing and drawing by family.
+    void AdjustBubbleSizes(const dom::Element& oChartNode);
+    void InsertBucketData(const dom::Element& oChartElement);
+    void RetrievePersistedProperties(const dom::Element& oChartElement);
+    void PopulateABCChart(const dom::Element& oChartElement);
+    void SetABCChartAttributes(const dom::Element& oChartElement);
+    void PopulatePieChart(const dom::Element& oChartElement);
+    void SetPieChartAttributes(const dom::Element& oChartElement);
+    void PopulateBubbleChart(const dom::Element& oChartElement);
+    void SetBubbleChartAttributes(const dom::Element& oChartElement);
+    void SetBubbleChartQuadrants(const dom::Element& oChartElement);
+    void PopulateStrBuckChart(const dom::Element& oChartElement);
+    void SetStrBuckChartAttributes(const dom::Element& oChartElement);
+    void SetChartComment(const dom::Element& oChartElement);
+
     Component& c;
 };
 

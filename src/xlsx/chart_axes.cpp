@@ -29,7 +29,7 @@ pugi::xml_node Node(ChartDoc& doc, long type, long group) {
     auto ids = GroupAxisIds(doc, group);
     if (type < 1 || type > long(ids.size()) || ids[type - 1] == 0) return {};
     for (auto n : doc.PlotArea(false).children())
-        if (IsAxis(Local(n)) && std::stol(Val(n, "axId", "0")) == ids[type - 1]) return n;
+        if (IsAxis(LocalName(n)) && std::stol(Val(n, "axId", "0")) == ids[type - 1]) return n;
     return {};
 }
 
@@ -43,7 +43,7 @@ public:
         static const std::vector<std::string_view> order = {"spPr", "extLst"};
         auto axis = axis_;
         std::string which = which_;
-        return MakeBorder(d_, Holder{[axis, which](bool e) { return ChildL(axis(e), which); }, &order});
+        return MakeBorder(d_, Holder{[axis, which](bool e) { return Kid(axis(e), which); }, &order});
     }
     void Delete() override {
         d_->Touch();
@@ -60,10 +60,10 @@ class TickLabelsImpl : public TickLabelsBase {
 public:
     TickLabelsImpl(DocPtr d, std::function<pugi::xml_node(bool)> axis) : d_(std::move(d)), axis_(std::move(axis)) {}
     Ref<host::Font> Font() override { return MakeFont(d_, Holder{axis_, &kAxOrder, 0xFFFFFF, 9}); }
-    Variant AutoScaleFont() override { return false; }
-    void SetAutoScaleFont(const Variant& v) override { (void)host::CBool(v); }
+    Variant AutoScaleFont() override { return AutoScaleFontValue(); }
+    void SetAutoScaleFont(const Variant& v) override { CheckAutoScaleFont(v); }
     std::string NumberFormat() override {
-        auto nf = ChildL(axis_(false), "numFmt");
+        auto nf = Kid(axis_(false), "numFmt");
         return nf ? nf.attribute("formatCode").value() : "General";
     }
     void SetNumberFormat(const std::string& v) override {
@@ -72,7 +72,7 @@ public:
         nf.attribute("sourceLinked") = "0";
     }
     bool NumberFormatLinked() override {
-        auto nf = ChildL(axis_(false), "numFmt");
+        auto nf = Kid(axis_(false), "numFmt");
         return nf ? nf.attribute("sourceLinked").as_bool() : true;
     }
     void SetNumberFormatLinked(bool v) override { NumFmt().attribute("sourceLinked") = v ? "1" : "0"; }
@@ -85,7 +85,7 @@ private:
     pugi::xml_node NumFmt() {
         d_->Touch();
         auto ax = axis_(true);
-        auto nf = ChildL(ax, "numFmt");
+        auto nf = Kid(ax, "numFmt");
         if (!nf) {
             nf = InsertAt(ax, "numFmt", kAxOrder, d_->c);
             nf.append_attribute("formatCode") = "General";
@@ -104,7 +104,7 @@ public:
 
     long Type() override { return type_; }
     long AxisGroup() override { return group_; }
-    bool HasTitle() override { return bool(ChildL(N(false), "title")); }
+    bool HasTitle() override { return bool(Kid(N(false), "title")); }
     void SetHasTitle(bool v) override {
         if (v == HasTitle()) return;
         auto ax = N(true);
@@ -114,7 +114,7 @@ public:
         }
         auto t = InsertAt(ax, "title", kAxOrder, d_->c);
         SetRichText(*d_, t, "Axis Title", kTitleOrder);
-        auto body = ChildL(ChildL(ChildL(t, "tx"), "rich"), "bodyPr");
+        auto body = Kid(Kid(Kid(t, "tx"), "rich"), "bodyPr");
         if (Vertical()) {
             body.append_attribute("rot") = "-5400000";
             body.append_attribute("vert") = "horz";
@@ -126,9 +126,9 @@ public:
         return MakeAxisTitle(d_, Fn(), Vertical());
     }
     Ref<host::TickLabels> TickLabels() override { return std::make_shared<TickLabelsImpl>(d_, Fn()); }
-    bool HasMajorGridlines() override { return bool(ChildL(N(false), "majorGridlines")); }
+    bool HasMajorGridlines() override { return bool(Kid(N(false), "majorGridlines")); }
     void SetHasMajorGridlines(bool v) override { Toggle("majorGridlines", v); }
-    bool HasMinorGridlines() override { return bool(ChildL(N(false), "minorGridlines")); }
+    bool HasMinorGridlines() override { return bool(Kid(N(false), "minorGridlines")); }
     void SetHasMinorGridlines(bool v) override { Toggle("minorGridlines", v); }
     Ref<host::Gridlines> MajorGridlines() override {
         if (!HasMajorGridlines()) Refuse("Unable to get the MajorGridlines property of the Axis class");
@@ -142,37 +142,48 @@ public:
 
     double MinimumScale() override { return Scale("min", 0); }
     void SetMinimumScale(double v) override { SetScale("min", v); }
-    bool MinimumScaleIsAuto() override { return !ChildL(Scaling(false), "min"); }
-    void SetMinimumScaleIsAuto(bool v) override { if (v) ClearScale("min"); }
+    bool MinimumScaleIsAuto() override { return !Kid(Scaling(false), "min"); }
+    // Turning the automatic value off keeps the value the application had computed.
+    void SetMinimumScaleIsAuto(bool v) override { v ? ClearScale("min") : SetScale("min", MinimumScale()); }
     double MaximumScale() override { return Scale("max", ComputedMax()); }
     void SetMaximumScale(double v) override { SetScale("max", v); }
-    bool MaximumScaleIsAuto() override { return !ChildL(Scaling(false), "max"); }
-    void SetMaximumScaleIsAuto(bool v) override { if (v) ClearScale("max"); }
+    bool MaximumScaleIsAuto() override { return !Kid(Scaling(false), "max"); }
+    void SetMaximumScaleIsAuto(bool v) override { v ? ClearScale("max") : SetScale("max", MaximumScale()); }
     double MajorUnit() override {
         ValueOnly("MajorUnit");
         auto ax = N(false);
-        return ChildL(ax, "majorUnit") ? Num(ax, "majorUnit") : NiceUnit(ComputedMax());
+        return Kid(ax, "majorUnit") ? Num(ax, "majorUnit") : NiceUnit(ComputedMax());
     }
     void SetMajorUnit(double v) override { SetUnit("majorUnit", v); }
-    bool MajorUnitIsAuto() override { ValueOnly("MajorUnitIsAuto"); return !ChildL(N(false), "majorUnit"); }
-    void SetMajorUnitIsAuto(bool v) override { ValueOnly("MajorUnitIsAuto"); if (v) { auto ax = N(true); RemoveL(ax, "majorUnit"); } }
+    bool MajorUnitIsAuto() override { ValueOnly("MajorUnitIsAuto"); return !Kid(N(false), "majorUnit"); }
+    void SetMajorUnitIsAuto(bool v) override {
+        ValueOnly("MajorUnitIsAuto");
+        if (!v) return SetUnit("majorUnit", MajorUnit());
+        auto ax = N(true);
+        RemoveL(ax, "majorUnit");
+    }
     double MinorUnit() override {
         ValueOnly("MinorUnit");
         auto ax = N(false);
-        return ChildL(ax, "minorUnit") ? Num(ax, "minorUnit") : NiceUnit(ComputedMax()) / 5;
+        return Kid(ax, "minorUnit") ? Num(ax, "minorUnit") : NiceUnit(ComputedMax()) / 5;
     }
     void SetMinorUnit(double v) override { SetUnit("minorUnit", v); }
-    bool MinorUnitIsAuto() override { ValueOnly("MinorUnitIsAuto"); return !ChildL(N(false), "minorUnit"); }
-    void SetMinorUnitIsAuto(bool v) override { ValueOnly("MinorUnitIsAuto"); if (v) { auto ax = N(true); RemoveL(ax, "minorUnit"); } }
+    bool MinorUnitIsAuto() override { ValueOnly("MinorUnitIsAuto"); return !Kid(N(false), "minorUnit"); }
+    void SetMinorUnitIsAuto(bool v) override {
+        ValueOnly("MinorUnitIsAuto");
+        if (!v) return SetUnit("minorUnit", MinorUnit());
+        auto ax = N(true);
+        RemoveL(ax, "minorUnit");
+    }
     long ScaleType() override {
         ValueOnly("ScaleType");
-        return ChildL(Scaling(false), "logBase") ? host::xlScaleLogarithmic : host::xlScaleLinear;
+        return Kid(Scaling(false), "logBase") ? host::xlScaleLogarithmic : host::xlScaleLinear;
     }
     void SetScaleType(long v) override {
         ValueOnly("ScaleType");
         auto sc = Scaling(true);
         if (v == host::xlScaleLogarithmic) {
-            if (!ChildL(sc, "logBase")) SetVal(sc, "logBase", "10", kScalingOrder, d_->c);
+            if (!Kid(sc, "logBase")) SetVal(sc, "logBase", "10", kScalingOrder, d_->c);
         } else if (v == host::xlScaleLinear) {
             RemoveL(sc, "logBase");
         } else {
@@ -187,7 +198,7 @@ public:
 
     long Crosses() override {
         auto ax = N(false);
-        if (ChildL(ax, "crossesAt")) return host::xlAxisCrossesCustom;
+        if (Kid(ax, "crossesAt")) return host::xlAxisCrossesCustom;
         std::string c = Val(ax, "crosses", "autoZero");
         if (c == "min") return host::xlAxisCrossesMinimum;
         if (c == "max") return host::xlAxisCrossesMaximum;
@@ -236,8 +247,12 @@ public:
         if (v < 1 || v > 31999) Refuse("Unable to set the TickLabelSpacing property of the Axis class");
         SetVal(N(true), "tickLblSkip", std::to_string(v), kAxOrder, d_->c);
     }
-    bool TickLabelSpacingIsAuto() override { return !ChildL(N(false), "tickLblSkip"); }
-    void SetTickLabelSpacingIsAuto(bool v) override { if (v) { auto ax = N(true); RemoveL(ax, "tickLblSkip"); } }
+    bool TickLabelSpacingIsAuto() override { return !Kid(N(false), "tickLblSkip"); }
+    void SetTickLabelSpacingIsAuto(bool v) override {
+        if (!v) return SetTickLabelSpacing(TickLabelSpacing());
+        auto ax = N(true);
+        RemoveL(ax, "tickLblSkip");
+    }
     void Delete() override { SetVal(N(true), "delete", "1", kAxOrder, d_->c); }
 
 private:
@@ -264,20 +279,20 @@ private:
         if (!on) RemoveL(ax, which);
         else Ensure(ax, which, kAxOrder, d_->c);
     }
-    bool IsValueScale() { return Local(N(false)) == "valAx" || Local(N(false)) == "dateAx"; }
+    bool IsValueScale() { return LocalName(N(false)) == "valAx" || LocalName(N(false)) == "dateAx"; }
     void ValueOnly(const char* member) {
         if (!IsValueScale()) Refuse(std::string("Unable to get the ") + member + " property of the Axis class");
     }
     pugi::xml_node Scaling(bool edit) {
         auto ax = N(edit);
-        auto sc = ChildL(ax, "scaling");
+        auto sc = Kid(ax, "scaling");
         if (!sc && edit) sc = InsertAt(ax, "scaling", kAxOrder, d_->c);
         return sc;
     }
     double Scale(const char* which, double computed) {
         ValueOnly(which[1] == 'i' ? "MinimumScale" : "MaximumScale");
         auto sc = Scaling(false);
-        return ChildL(sc, which) ? Num(sc, which) : computed;
+        return Kid(sc, which) ? Num(sc, which) : computed;
     }
     void SetScale(const char* which, double v) {
         ValueOnly(which[1] == 'i' ? "MinimumScale" : "MaximumScale");
@@ -298,8 +313,8 @@ private:
         double top = 0;
         for (auto s : AllSeries(*d_)) {
             for (const char* vname : {"val", "yVal"}) {
-                auto cache = ChildL(ChildL(ChildL(s, vname), "numRef"), "numCache");
-                for (auto pt : ChildrenL(cache, "pt")) top = std::max(top, std::atof(ChildL(pt, "v").text().get()));
+                auto cache = Kid(Kid(Kid(s, vname), "numRef"), "numCache");
+                for (auto pt : ChildrenL(cache, "pt")) top = std::max(top, std::atof(Kid(pt, "v").text().get()));
             }
         }
         if (top <= 0) return 1;

@@ -27,7 +27,7 @@ constexpr long kPatternCount = sizeof(kPatterns) / sizeof(kPatterns[0]);
 
 pugi::xml_node FillOf(pugi::xml_node spPr) {
     for (auto f : kFills)
-        if (auto n = ChildL(spPr, f)) return n;
+        if (auto n = Kid(spPr, f)) return n;
     return {};
 }
 
@@ -37,7 +37,7 @@ void ClearFills(pugi::xml_node spPr) {
 
 pugi::xml_node SpPr(ChartDoc& doc, const Holder& h, bool edit) {
     auto owner = h.node(edit);
-    if (!edit) return ChildL(owner, "spPr");
+    if (!edit) return Kid(owner, "spPr");
     doc.Touch();
     return Ensure(owner, "spPr", *h.order, doc.c);
 }
@@ -69,7 +69,7 @@ long Channel(long rgb, int shift) { return (rgb >> shift) & 0xFF; }
 long ApplyMods(pugi::xml_node clr, long rgb) {
     double r = Channel(rgb, 0), g = Channel(rgb, 8), b = Channel(rgb, 16);
     for (auto m : clr.children()) {
-        auto l = Local(m);
+        auto l = LocalName(m);
         double v = m.attribute("val").as_double() / 100000.0;
         if (l == "lumMod") { r *= v; g *= v; b *= v; }
         else if (l == "lumOff") { r += 255 * v; g += 255 * v; b += 255 * v; }
@@ -99,7 +99,7 @@ public:
     long Type() override {
         auto c = clr_(false);
         for (auto ch : c.children()) {
-            if (Local(ch) == "schemeClr") return host::msoColorTypeScheme;
+            if (LocalName(ch) == "schemeClr") return host::msoColorTypeScheme;
         }
         return host::msoColorTypeRGB;
     }
@@ -122,9 +122,9 @@ public:
     Variant Color() override {
         auto f = FillOf(SpPr(*d_, h_, false));
         if (!f) return h_.autoColor;
-        if (Local(f) == "noFill") return 0xFFFFFF;
-        if (Local(f) == "pattFill") return ColorOf(*d_, ChildL(f, "fgClr"), 0);
-        if (Local(f) == "solidFill") return ColorOf(*d_, f, h_.autoColor);
+        if (LocalName(f) == "noFill") return 0xFFFFFF;
+        if (LocalName(f) == "pattFill") return ColorOf(*d_, Kid(f, "fgClr"), 0);
+        if (LocalName(f) == "solidFill") return ColorOf(*d_, f, h_.autoColor);
         return h_.autoColor;
     }
     void SetColor(const Variant& v) override {
@@ -135,7 +135,7 @@ public:
     Variant ColorIndex() override {
         auto f = FillOf(SpPr(*d_, h_, false));
         if (!f) return host::xlColorIndexAutomatic;
-        if (Local(f) == "noFill") return host::xlColorIndexNone;
+        if (LocalName(f) == "noFill") return host::xlColorIndexNone;
         return NearestPaletteIndex(*d_, host::CLng(Color()));
     }
     void SetColorIndex(const Variant& v) override {
@@ -154,13 +154,13 @@ public:
     }
     Variant Pattern() override {
         auto f = FillOf(SpPr(*d_, h_, false));
-        if (f && Local(f) == "noFill") return host::xlNone;
-        if (f && Local(f) == "pattFill") NotAvailable("Interior.Pattern");  // Fill.Pattern reads it
+        if (f && LocalName(f) == "noFill") return host::xlNone;
+        if (f && LocalName(f) == "pattFill") NotAvailable("Interior.Pattern");  // Fill.Pattern reads it
         return host::xlSolid;
     }
     Variant PatternColor() override {
         auto f = FillOf(SpPr(*d_, h_, false));
-        if (f && Local(f) == "pattFill") return ColorOf(*d_, ChildL(f, "bgClr"), 0xFFFFFF);
+        if (f && LocalName(f) == "pattFill") return ColorOf(*d_, Kid(f, "bgClr"), 0xFFFFFF);
         return 0;
     }
 
@@ -182,9 +182,9 @@ class BorderImpl : public BorderBase {
 public:
     BorderImpl(DocPtr d, Holder h) : d_(std::move(d)), h_(std::move(h)) {}
     Variant LineStyle() override {
-        auto ln = ChildL(SpPr(*d_, h_, false), "ln");
+        auto ln = Kid(SpPr(*d_, h_, false), "ln");
         if (!ln) return host::xlAutomatic;
-        if (ChildL(ln, "noFill")) return host::xlLineStyleNone;
+        if (Kid(ln, "noFill")) return host::xlLineStyleNone;
         std::string dash = Val(ln, "prstDash", "solid");
         if (dash == "solid") return host::xlContinuous;
         if (dash == "sysDot" || dash == "dot") return host::xlDot;
@@ -195,7 +195,8 @@ public:
     void SetLineStyle(const Variant& v) override {
         long s = host::CLng(v);
         auto ln = Ln();
-        if (s == host::xlLineStyleNone) {
+        // 0 is no named style; hosts take it, as old macros write it, for no line
+        if (s == host::xlLineStyleNone || s == 0) {
             ClearLine(ln);
             InsertAt(ln, "noFill", kLnOrder, d_->a);
             return;
@@ -211,7 +212,7 @@ public:
         if (!FillOf(ln)) SetSolid(*d_, ln, kLnOrder, 0);
         SetVal(ln, "prstDash", dash, kLnOrder, d_->a);
     }
-    Variant Weight() override { return xlsx::Weight(ChildL(SpPr(*d_, h_, false), "ln")); }
+    Variant Weight() override { return xlsx::Weight(Kid(SpPr(*d_, h_, false), "ln")); }
     void SetWeight(const Variant& v) override {
         long w = host::CLng(v);
         double pt = w == host::xlHairline ? 0.25 : w == host::xlThin ? 0.75 : w == host::xlMedium ? 2 : w == host::xlThick ? 3 : -1;
@@ -222,8 +223,8 @@ public:
         a = std::to_string(std::lround(pt * 12700)).c_str();
     }
     Variant Color() override {
-        auto ln = ChildL(SpPr(*d_, h_, false), "ln");
-        return ColorOf(*d_, ChildL(ln, "solidFill"), 0);
+        auto ln = Kid(SpPr(*d_, h_, false), "ln");
+        return ColorOf(*d_, Kid(ln, "solidFill"), 0);
     }
     void SetColor(const Variant& v) override {
         long rgb = host::CLng(v);
@@ -231,9 +232,9 @@ public:
         SetSolid(*d_, Ln(), kLnOrder, rgb);
     }
     Variant ColorIndex() override {
-        auto ln = ChildL(SpPr(*d_, h_, false), "ln");
+        auto ln = Kid(SpPr(*d_, h_, false), "ln");
         if (!ln) return host::xlColorIndexAutomatic;
-        if (ChildL(ln, "noFill")) return host::xlColorIndexNone;
+        if (Kid(ln, "noFill")) return host::xlColorIndexNone;
         return NearestPaletteIndex(*d_, host::CLng(Color()));
     }
     void SetColorIndex(const Variant& v) override {
@@ -265,28 +266,28 @@ public:
     Ref<host::ColorFormat> BackColor() override { return Color(false); }
     long Visible() override {
         auto f = FillOf(SpPr(*d_, h_, false));
-        return f && Local(f) == "noFill" ? host::msoFalse : host::msoTrue;
+        return f && LocalName(f) == "noFill" ? host::msoFalse : host::msoTrue;
     }
     void SetVisible(long v) override {
         auto sp = SpPr(*d_, h_, true);
         if (v == host::msoFalse) {
             ClearFills(sp);
             InsertAt(sp, "noFill", kSpPrOrder, d_->a);
-        } else if (auto f = FillOf(sp); !f || Local(f) == "noFill") {
+        } else if (auto f = FillOf(sp); !f || LocalName(f) == "noFill") {
             SetSolid(*d_, sp, kSpPrOrder, h_.autoColor);
         }
     }
     long Type() override {
         auto f = FillOf(SpPr(*d_, h_, false));
-        if (!f || Local(f) == "solidFill" || Local(f) == "noFill") return host::msoFillSolid;
-        if (Local(f) == "pattFill") return host::msoFillPatterned;
-        if (Local(f) == "gradFill") return host::msoFillGradient;
-        if (Local(f) == "blipFill") return host::msoFillPicture;
+        if (!f || LocalName(f) == "solidFill" || LocalName(f) == "noFill") return host::msoFillSolid;
+        if (LocalName(f) == "pattFill") return host::msoFillPatterned;
+        if (LocalName(f) == "gradFill") return host::msoFillGradient;
+        if (LocalName(f) == "blipFill") return host::msoFillPicture;
         return host::msoFillBackground;
     }
     long Pattern() override {
         auto f = FillOf(SpPr(*d_, h_, false));
-        if (!f || Local(f) != "pattFill") return host::msoPatternMixed;
+        if (!f || LocalName(f) != "pattFill") return host::msoPatternMixed;
         std::string prst = f.attribute("prst").value();
         for (long k = 1; k < kPatternCount; ++k)
             if (prst == kPatterns[k]) return k;
@@ -301,9 +302,9 @@ public:
         if (pattern < 1 || pattern >= kPatternCount) Refuse("The specified value is out of range.");
         auto sp = SpPr(*d_, h_, true);
         auto old = FillOf(sp);
-        long fg = old && Local(old) == "pattFill" ? ColorOf(*d_, ChildL(old, "fgClr"), 0)
-                                                  : ColorOf(*d_, old && Local(old) == "solidFill" ? old : pugi::xml_node(), h_.autoColor);
-        long bg = old && Local(old) == "pattFill" ? ColorOf(*d_, ChildL(old, "bgClr"), 0xFFFFFF) : 0xFFFFFF;
+        long fg = old && LocalName(old) == "pattFill" ? ColorOf(*d_, Kid(old, "fgClr"), 0)
+                                                  : ColorOf(*d_, old && LocalName(old) == "solidFill" ? old : pugi::xml_node(), h_.autoColor);
+        long bg = old && LocalName(old) == "pattFill" ? ColorOf(*d_, Kid(old, "bgClr"), 0xFFFFFF) : 0xFFFFFF;
         ClearFills(sp);
         auto f = InsertAt(sp, "pattFill", kSpPrOrder, d_->a);
         f.append_attribute("prst") = kPatterns[pattern];
@@ -320,9 +321,9 @@ private:
             [d, h, fore](bool edit) -> pugi::xml_node {
                 auto sp = SpPr(*d, h, edit);
                 auto f = FillOf(sp);
-                if (f && Local(f) == "pattFill") {
+                if (f && LocalName(f) == "pattFill") {
                     const char* which = fore ? "fgClr" : "bgClr";
-                    auto c = ChildL(f, which);
+                    auto c = Kid(f, which);
                     if (!c && edit) c = fore ? f.prepend_child(d->A(which).c_str()) : f.append_child(d->A(which).c_str());
                     return c;
                 }
@@ -330,7 +331,7 @@ private:
                     if (edit) NotAvailable("ChartFillFormat.BackColor");
                     return {};
                 }
-                if (edit && (!f || Local(f) != "solidFill")) f = SetSolid(*d, sp, kSpPrOrder, h.autoColor);
+                if (edit && (!f || LocalName(f) != "solidFill")) f = SetSolid(*d, sp, kSpPrOrder, h.autoColor);
                 return f;
             },
             fore ? h_.autoColor : 0xFFFFFF);
@@ -348,9 +349,8 @@ public:
     Ref<host::Border> Border() override { return MakeBorder(d_, H()); }
     Ref<host::ChartFillFormat> Fill() override { return MakeFill(d_, H()); }
     Ref<host::Font> Font() override { return MakeFont(d_, H()); }
-    Variant AutoScaleFont() override { return false; }
-    // Texts no longer scale with the chart in this file format; the value has nowhere to go.
-    void SetAutoScaleFont(const Variant& v) override { (void)host::CBool(v); }
+    Variant AutoScaleFont() override { return AutoScaleFontValue(); }
+    void SetAutoScaleFont(const Variant& v) override { CheckAutoScaleFont(v); }
     double Left() override { return 0; }
     double Top() override { return 0; }
     double Width() override {
@@ -380,24 +380,95 @@ private:
     DocPtr d_;
 };
 
+const std::vector<std::string_view> kManualOrder = {"layoutTarget", "xMode", "yMode", "wMode", "hMode",
+                                                    "x", "y", "w", "h", "extLst"};
+
+// Room the tick labels take between the plot area's outer box and the box the axes enclose.
+constexpr double kLabelsLeft = 25, kLabelsBottom = 15;
+
+struct Box {
+    double left, top, width, height;
+};
+
 class PlotAreaImpl : public PlotAreaBase {
 public:
     explicit PlotAreaImpl(DocPtr d) : d_(std::move(d)) {}
+    double Left() override { return Outer().left; }
+    double Top() override { return Outer().top; }
+    double Width() override { return Outer().width; }
+    double Height() override { return Outer().height; }
+    void SetLeft(double v) override { auto b = Outer(); b.left = v; Place(b); }
+    void SetTop(double v) override { auto b = Outer(); b.top = v; Place(b); }
+    void SetWidth(double v) override { auto b = Outer(); b.width = v; Place(b); }
+    void SetHeight(double v) override { auto b = Outer(); b.height = v; Place(b); }
+    double InsideLeft() override { return Outer().left + (HasAxes() ? kLabelsLeft : 0); }
+    double InsideTop() override { return Outer().top; }
+    double InsideWidth() override { return std::max(0.0, Outer().width - (HasAxes() ? kLabelsLeft : 0)); }
+    double InsideHeight() override { return std::max(0.0, Outer().height - (HasAxes() ? kLabelsBottom : 0)); }
     Ref<host::Interior> Interior() override { return MakeInterior(d_, H()); }
     Ref<host::Border> Border() override { return MakeBorder(d_, H()); }
     Ref<host::ChartFillFormat> Fill() override { return MakeFill(d_, H()); }
     long Position() override {
-        return ChildL(ChildL(d_->PlotArea(false), "layout"), "manualLayout") ? host::xlChartElementPositionCustom
+        return Kid(Kid(d_->PlotArea(false), "layout"), "manualLayout") ? host::xlChartElementPositionCustom
                                                                               : host::xlChartElementPositionAutomatic;
     }
     void SetPosition(long v) override {
         if (v != host::xlChartElementPositionAutomatic) NotAvailable("PlotArea.Position");
-        auto layout = ChildL(d_->PlotArea(true), "layout");
+        auto layout = Kid(d_->PlotArea(true), "layout");
         RemoveL(layout, "manualLayout");
     }
     void ClearFormats() override { RemoveL(d_->PlotArea(true), "spPr"); }
 
 private:
+    Box Size() {
+        if (auto f = d_->frame.lock()) return {0, 0, f->Width(), f->Height()};
+        return {0, 0, 480, 288};
+    }
+    bool HasAxes() {
+        for (auto n : d_->PlotArea(false).children())
+            if (IsAxis(LocalName(n))) return true;
+        return false;
+    }
+    // The box of a manual layout, else where the application puts the plot beside the title
+    // and the legend.
+    Box Outer() {
+        Box s = Size();
+        auto m = Kid(Kid(d_->PlotArea(false), "layout"), "manualLayout");
+        if (m && Kid(m, "x") && Kid(m, "y") && Kid(m, "w") && Kid(m, "h")) {
+            auto num = [&](const char* k) { return std::atof(Val(m, k, "0").c_str()); };
+            Box b{num("x") * s.width, num("y") * s.height, num("w") * s.width, num("h") * s.height};
+            if (Val(m, "layoutTarget", "outer") == "inner" && HasAxes()) {
+                b.left -= kLabelsLeft;
+                b.width += kLabelsLeft;
+                b.height += kLabelsBottom;
+            }
+            return b;
+        }
+        auto chart = d_->Chart(false);
+        double top = Kid(chart, "title") ? 30 : 7, left = 7, right = 7, bottom = 7;
+        if (auto legend = Kid(chart, "legend"); legend && !BoolVal(legend, "overlay", false)) {
+            std::string pos = Val(legend, "legendPos", "r");
+            if (pos == "r" || pos == "tr") right += 80;
+            else if (pos == "l") left += 80;
+            else if (pos == "t") top += 20;
+            else bottom += 20;
+        }
+        return {left, top, std::max(0.0, s.width - left - right), std::max(0.0, s.height - top - bottom)};
+    }
+    void Place(Box b) {
+        Box s = Size();
+        auto pa = d_->PlotArea(true);
+        auto layout = Ensure(pa, "layout", kPlotAreaOrder, d_->c);
+        auto m = Ensure(layout, "manualLayout", {"manualLayout", "extLst"}, d_->c);
+        RemoveL(m, "layoutTarget");
+        auto frac = [](double v, double of) { return host::NumberToText(std::clamp(v / of, 0.0, 1.0)); };
+        SetVal(m, "xMode", "edge", kManualOrder, d_->c);
+        SetVal(m, "yMode", "edge", kManualOrder, d_->c);
+        SetVal(m, "x", frac(b.left, s.width), kManualOrder, d_->c);
+        SetVal(m, "y", frac(b.top, s.height), kManualOrder, d_->c);
+        SetVal(m, "w", frac(b.width, s.width), kManualOrder, d_->c);
+        SetVal(m, "h", frac(b.height, s.height), kManualOrder, d_->c);
+    }
     Holder H() {
         auto d = d_;
         return Holder{[d](bool e) { return d->PlotArea(e); }, &kPlotAreaOrder, 0xFFFFFF, 10};
@@ -430,10 +501,10 @@ long ThemeColor(ChartDoc& doc, std::string_view name) {
     if (name == "bg2") name = "lt2";
     if (!theme.empty() && pkg.Has(theme)) {
         auto root = pkg.Read(theme).document_element();
-        auto scheme = ChildL(ChildL(root, "themeElements"), "clrScheme");
-        if (auto c = ChildL(scheme, name)) {
-            if (auto s = ChildL(c, "srgbClr")) return HexToRgb(s.attribute("val").value());
-            if (auto s = ChildL(c, "sysClr")) return HexToRgb(s.attribute("lastClr").value());
+        auto scheme = Kid(Kid(root, "themeElements"), "clrScheme");
+        if (auto c = Kid(scheme, name)) {
+            if (auto s = Kid(c, "srgbClr")) return HexToRgb(s.attribute("val").value());
+            if (auto s = Kid(c, "sysClr")) return HexToRgb(s.attribute("lastClr").value());
         }
     }
     return DefaultThemeColor(name);
@@ -441,7 +512,7 @@ long ThemeColor(ChartDoc& doc, std::string_view name) {
 
 long ColorOf(ChartDoc& doc, pugi::xml_node fill, long dflt) {
     for (auto c : fill.children()) {
-        auto l = Local(c);
+        auto l = LocalName(c);
         if (l == "srgbClr") return ApplyMods(c, HexToRgb(c.attribute("val").value()));
         if (l == "schemeClr") return ApplyMods(c, ThemeColor(doc, c.attribute("val").value()));
         if (l == "sysClr") return ApplyMods(c, HexToRgb(c.attribute("lastClr").value()));

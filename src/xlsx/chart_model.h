@@ -9,6 +9,7 @@
 #include <pugixml.hpp>
 
 #include "xlsx/chart_base.h"
+#include "xlsx/ooxml.h"
 
 namespace xlsx {
 
@@ -33,9 +34,6 @@ struct ChartDoc {
 };
 using DocPtr = std::shared_ptr<ChartDoc>;
 
-// Local name of an element ("c:barChart" -> "barChart").
-std::string_view Local(pugi::xml_node n);
-pugi::xml_node ChildL(pugi::xml_node parent, std::string_view local);
 std::vector<pugi::xml_node> ChildrenL(pugi::xml_node parent, std::string_view local);
 // The child of that local name, made at its schema position among the siblings when absent.
 // `order` lists the local names of the parent's content model in schema order.
@@ -59,7 +57,6 @@ extern const std::vector<std::string_view> kChartSpaceOrder, kChartOrder, kPlotA
     kTxPrOrder;
 
 bool Is3DType(long type);
-void SetAxisDeleted(ChartDoc& doc, long type, long group, bool deleted);
 Ref<host::ChartArea> MakeChartArea(DocPtr doc);
 Ref<host::PlotArea> MakePlotArea(DocPtr doc);
 bool IsGroup(std::string_view local);  // barChart, pieChart ...
@@ -93,6 +90,16 @@ long ColorOf(ChartDoc& doc, pugi::xml_node fill, long dflt);
 long ThemeColor(ChartDoc& doc, std::string_view name);
 long NearestPaletteIndex(ChartDoc& doc, long rgb);
 long SeriesAutoColor(ChartDoc& doc, long idx);
+
+// Texts scaling with the chart (AutoScaleFont) have no place in the file format: the value reads
+// False, and a written one is converted as the application converts it and changes nothing.
+inline Variant AutoScaleFontValue() { return false; }
+inline void CheckAutoScaleFont(const Variant& v) { (void)host::CBool(v); }
+
+// Orientation of the text of an element (xlHorizontal, xlUpward ... or degrees), from the body
+// properties of its rich text or its text properties.
+Variant TextOrientation(pugi::xml_node owner, long dflt);
+void SetTextOrientation(ChartDoc& doc, pugi::xml_node owner, const std::vector<std::string_view>& order, const Variant& v);
 
 // Rich text of titles.
 std::string RichText(ChartDoc& doc, pugi::xml_node tx);

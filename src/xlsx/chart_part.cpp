@@ -57,29 +57,17 @@ void ChartDoc::Touch() {
 
 pugi::xml_node ChartDoc::Chart(bool edit) {
     if (edit) Touch();
-    return ChildL(Root(false), "chart");
+    return Kid(Root(false), "chart");
 }
 
-pugi::xml_node ChartDoc::PlotArea(bool edit) { return ChildL(Chart(edit), "plotArea"); }
+pugi::xml_node ChartDoc::PlotArea(bool edit) { return Kid(Chart(edit), "plotArea"); }
 
 long ChartDoc::PaletteRgb(long index) { return book.Colors(index); }
-
-std::string_view Local(pugi::xml_node n) {
-    std::string_view s = n.name();
-    auto p = s.find(':');
-    return p == std::string_view::npos ? s : s.substr(p + 1);
-}
-
-pugi::xml_node ChildL(pugi::xml_node parent, std::string_view local) {
-    for (auto ch : parent.children())
-        if (ch.type() == pugi::node_element && Local(ch) == local) return ch;
-    return {};
-}
 
 std::vector<pugi::xml_node> ChildrenL(pugi::xml_node parent, std::string_view local) {
     std::vector<pugi::xml_node> out;
     for (auto ch : parent.children())
-        if (ch.type() == pugi::node_element && Local(ch) == local) out.push_back(ch);
+        if (ch.type() == pugi::node_element && LocalName(ch) == local) out.push_back(ch);
     return out;
 }
 
@@ -103,7 +91,7 @@ pugi::xml_node InsertAt(pugi::xml_node parent, std::string_view local, const std
     pugi::xml_node after;
     for (auto ch : parent.children()) {
         if (ch.type() != pugi::node_element) continue;
-        if (Rank(Local(ch), order) <= r) after = ch;
+        if (Rank(LocalName(ch), order) <= r) after = ch;
         else break;
     }
     return after ? parent.insert_child_after(name.c_str(), after) : parent.prepend_child(name.c_str());
@@ -111,13 +99,13 @@ pugi::xml_node InsertAt(pugi::xml_node parent, std::string_view local, const std
 
 pugi::xml_node Ensure(pugi::xml_node parent, std::string_view local, const std::vector<std::string_view>& order,
                       const std::string& prefix) {
-    if (auto n = ChildL(parent, local)) return n;
+    if (auto n = Kid(parent, local)) return n;
     return InsertAt(parent, local, order, prefix);
 }
 
 pugi::xml_node MoveInto(pugi::xml_node parent, pugi::xml_node node, const std::vector<std::string_view>& order,
                         const std::string& prefix) {
-    auto place = InsertAt(parent, Local(node), order, prefix);
+    auto place = InsertAt(parent, LocalName(node), order, prefix);
     auto moved = parent.insert_move_after(node, place);
     parent.remove_child(place);
     return moved;
@@ -128,13 +116,13 @@ void RemoveL(pugi::xml_node parent, std::string_view local) {
 }
 
 std::string Val(pugi::xml_node parent, std::string_view local, const std::string& dflt) {
-    auto n = ChildL(parent, local);
+    auto n = Kid(parent, local);
     if (!n || !n.attribute("val")) return dflt;
     return n.attribute("val").value();
 }
 
 bool BoolVal(pugi::xml_node parent, std::string_view local, bool absent, bool emptyVal) {
-    auto n = ChildL(parent, local);
+    auto n = Kid(parent, local);
     if (!n) return absent;
     auto v = n.attribute("val");
     if (!v) return emptyVal;
@@ -198,7 +186,7 @@ bool IsAxis(std::string_view l) { return l == "catAx" || l == "valAx" || l == "d
 std::vector<pugi::xml_node> Groups(ChartDoc& doc) {
     std::vector<pugi::xml_node> out;
     for (auto ch : doc.PlotArea(false).children())
-        if (IsGroup(Local(ch))) out.push_back(ch);
+        if (IsGroup(LocalName(ch))) out.push_back(ch);
     return out;
 }
 
@@ -276,7 +264,7 @@ public:
     // title unless the title was deleted.
     bool HasTitle() override {
         auto chart = d_->Chart(false);
-        if (ChildL(chart, "title")) return true;
+        if (Kid(chart, "title")) return true;
         return !BoolVal(chart, "autoTitleDeleted", false) && AllSeries(*d_).size() == 1;
     }
     void SetHasTitle(bool v) override {
@@ -295,7 +283,7 @@ public:
         if (!HasTitle()) Refuse("Method 'ChartTitle' of object '_Chart' failed");
         return MakeChartTitle(d_);
     }
-    bool HasLegend() override { return bool(ChildL(d_->Chart(false), "legend")); }
+    bool HasLegend() override { return bool(Kid(d_->Chart(false), "legend")); }
     void SetHasLegend(bool v) override {
         if (v == HasLegend()) return;
         auto chart = d_->Chart(true);
@@ -345,7 +333,7 @@ public:
     }
     bool PlotVisibleOnly() override { return BoolVal(d_->Chart(false), "plotVisOnly", false); }
     void SetPlotVisibleOnly(bool v) override { SetVal(d_->Chart(true), "plotVisOnly", v ? "1" : "0", kChartOrder, d_->c); }
-    bool HasDataTable() override { return bool(ChildL(d_->PlotArea(false), "dTable")); }
+    bool HasDataTable() override { return bool(Kid(d_->PlotArea(false), "dTable")); }
 
     long Elevation() override { return std::stol(Val(View3D(false), "rotX", "0")); }
     void SetElevation(long v) override {
@@ -363,16 +351,26 @@ public:
         SetVal(View3D(true), "rAngAx", host::CBool(v) ? "1" : "0", kView3DOrder, d_->c);
     }
 
+    // Without a window there is nothing to activate or select.
     void Activate() override {}
     void Select(const Variant&) override {}
-    void Refresh() override {}
+    // Fills the caches of every series reference again from the cells.
+    void Refresh() override {
+        d_->Touch();
+        for (auto s : AllSeries(*d_))
+            for (auto data : s.children())
+                for (auto ref : data.children()) {
+                    auto l = LocalName(ref);
+                    if (l == "numRef" || l == "strRef") FillCache(*d_, ref, l == "numRef");
+                }
+    }
 
 private:
     pugi::xml_node View3D(bool edit) {
         long t = PlotChartType(*d_);
         if (!Is3DType(t)) Refuse("Unable to get the 3-D properties of a 2-D chart");
         auto chart = d_->Chart(edit);
-        auto v = ChildL(chart, "view3D");
+        auto v = Kid(chart, "view3D");
         if (!v && edit) v = InsertAt(chart, "view3D", kChartOrder, d_->c);
         return v;
     }
@@ -414,7 +412,7 @@ bool GroupMarkers(pugi::xml_node group, bool groupDefault) {
     auto sers = ChildrenL(group, "ser");
     if (sers.empty()) return groupDefault;
     for (auto s : sers) {
-        auto m = ChildL(s, "marker");
+        auto m = Kid(s, "marker");
         if (!m || Val(m, "symbol", "auto") != "none") return groupDefault || m;
     }
     return false;
@@ -422,8 +420,8 @@ bool GroupMarkers(pugi::xml_node group, bool groupDefault) {
 
 bool GroupLines(pugi::xml_node group) {
     for (auto s : ChildrenL(group, "ser")) {
-        auto ln = ChildL(ChildL(s, "spPr"), "ln");
-        if (!ChildL(ln, "noFill")) return true;
+        auto ln = Kid(Kid(s, "spPr"), "ln");
+        if (!Kid(ln, "noFill")) return true;
     }
     return ChildrenL(group, "ser").empty();
 }
@@ -438,7 +436,7 @@ long Grouped(const std::string& grouping, long standard, long stacked, long perc
 
 long GroupChartType(pugi::xml_node g, ChartDoc&) {
     using namespace host;
-    std::string_view l = Local(g);
+    std::string_view l = LocalName(g);
     std::string grouping = Val(g, "grouping", l == "barChart" || l == "bar3DChart" ? "clustered" : "standard");
     bool bar = Val(g, "barDir", "col") == "bar";
     if (l == "barChart") {
@@ -603,7 +601,7 @@ void ConformSeries(pugi::xml_node ser, const TypeSpec& spec, ChartDoc& doc) {
     bool xy = XY(spec.family);
     for (auto ch : ser.children()) {
         if (ch.type() != pugi::node_element) continue;
-        auto l = Local(ch);
+        auto l = LocalName(ch);
         if (xy && l == "cat") Rename(ch, "xVal", doc);
         if (xy && l == "val") Rename(ch, "yVal", doc);
         if (!xy && l == "xVal") Rename(ch, "cat", doc);
@@ -613,7 +611,7 @@ void ConformSeries(pugi::xml_node ser, const TypeSpec& spec, ChartDoc& doc) {
     std::vector<pugi::xml_node> drop;
     for (auto ch : ser.children()) {
         if (ch.type() != pugi::node_element) continue;
-        if (std::find(allowed.begin(), allowed.end(), Local(ch)) == allowed.end()) drop.push_back(ch);
+        if (std::find(allowed.begin(), allowed.end(), LocalName(ch)) == allowed.end()) drop.push_back(ch);
     }
     for (auto n : drop) ser.remove_child(n);
     // the points of a pie keep no markers
@@ -628,7 +626,7 @@ void ConformSeries(pugi::xml_node ser, const TypeSpec& spec, ChartDoc& doc) {
         else RemoveL(ser, "explosion");
     }
     if (spec.family == Family::Line || spec.family == Family::Scatter || spec.family == Family::Radar) {
-        auto m = ChildL(ser, "marker");
+        auto m = Kid(ser, "marker");
         if (!spec.markers) {
             if (!m) m = InsertAt(ser, "marker", kSerOrder, doc.c);
             SetVal(m, "symbol", "none", {"symbol", "size", "spPr", "extLst"}, doc.c);
@@ -642,7 +640,7 @@ void ConformSeries(pugi::xml_node ser, const TypeSpec& spec, ChartDoc& doc) {
             auto ln = Ensure(sp, "ln", kSpPrOrder, doc.a);
             for (auto ch : std::vector<pugi::xml_node>(ln.children().begin(), ln.children().end())) ln.remove_child(ch);
             InsertAt(ln, "noFill", kLnOrder, doc.a);
-        } else if (auto ln = ChildL(sp, "ln"); ln && ChildL(ln, "noFill")) {
+        } else if (auto ln = Kid(sp, "ln"); ln && Kid(ln, "noFill")) {
             sp.remove_child(ln);
         }
         if (!sp.first_child()) ser.remove_child(sp);
@@ -650,13 +648,13 @@ void ConformSeries(pugi::xml_node ser, const TypeSpec& spec, ChartDoc& doc) {
     if (spec.family == Family::Line || spec.family == Family::Scatter)
         SetVal(ser, "smooth", spec.smooth ? "1" : "0", kSerOrder, doc.c);
     if (spec.family == Family::Bar || spec.family == Family::Bubble) {
-        if (!ChildL(ser, "invertIfNegative")) SetVal(ser, "invertIfNegative", "0", kSerOrder, doc.c);
+        if (!Kid(ser, "invertIfNegative")) SetVal(ser, "invertIfNegative", "0", kSerOrder, doc.c);
     }
 }
 
 pugi::xml_node FillIn(pugi::xml_node parent) {
     for (auto f : {"noFill", "solidFill", "gradFill", "blipFill", "pattFill", "grpFill"})
-        if (auto n = ChildL(parent, f)) return n;
+        if (auto n = Kid(parent, f)) return n;
     return {};
 }
 
@@ -675,9 +673,9 @@ void PaintSeries(pugi::xml_node ser, const TypeSpec& spec, ChartDoc& doc, pugi::
                 (spec.family == Family::Radar && std::string(spec.style) != "filled");
     if (pie) {
         if (!BoolVal(group, "varyColors", true)) return;
-        auto val = ChildL(ser, "val");
-        auto cache = ChildL(ChildL(val, "numRef"), "numCache");
-        if (!cache) cache = ChildL(val, "numLit");
+        auto val = Kid(ser, "val");
+        auto cache = Kid(Kid(val, "numRef"), "numCache");
+        if (!cache) cache = Kid(val, "numLit");
         long n = std::stol(Val(cache, "ptCount", "0"));
         for (long i = 0; i < n; ++i) {
             pugi::xml_node dpt;
@@ -698,10 +696,10 @@ void PaintSeries(pugi::xml_node ser, const TypeSpec& spec, ChartDoc& doc, pugi::
     }
     auto sp = Ensure(ser, "spPr", kSerOrder, doc.c);
     auto fill = FillIn(sp);
-    auto ln = ChildL(sp, "ln");
+    auto ln = Kid(sp, "ln");
     if (line) {
         if (ln && FillIn(ln)) return;
-        long rgb = fill && Local(fill) == "solidFill" ? ColorOf(doc, fill, SeriesAutoColor(doc, idx)) : SeriesAutoColor(doc, idx);
+        long rgb = fill && LocalName(fill) == "solidFill" ? ColorOf(doc, fill, SeriesAutoColor(doc, idx)) : SeriesAutoColor(doc, idx);
         if (!ln) {
             ln = InsertAt(sp, "ln", kSpPrOrder, doc.a);
             ln.append_attribute("w") = "28575";
@@ -711,7 +709,7 @@ void PaintSeries(pugi::xml_node ser, const TypeSpec& spec, ChartDoc& doc, pugi::
         return;
     }
     if (fill) return;
-    long rgb = ln && ChildL(ln, "solidFill") ? ColorOf(doc, ChildL(ln, "solidFill"), SeriesAutoColor(doc, idx))
+    long rgb = ln && Kid(ln, "solidFill") ? ColorOf(doc, Kid(ln, "solidFill"), SeriesAutoColor(doc, idx))
                                              : SeriesAutoColor(doc, idx);
     Solid(doc, sp, kSpPrOrder, rgb);
 }
@@ -767,7 +765,7 @@ pugi::xml_node MakeAxisNode(ChartDoc& doc, const char* kind, long id, long cross
     auto nf = Ensure(ax, "numFmt", kAxOrder, doc.c);
     nf.append_attribute("formatCode") = "General";
     nf.append_attribute("sourceLinked") = "1";
-    SetVal(ax, "majorTickMark", k == "catAx" ? "none" : "none", kAxOrder, doc.c);
+    SetVal(ax, "majorTickMark", "none", kAxOrder, doc.c);
     SetVal(ax, "minorTickMark", "none", kAxOrder, doc.c);
     SetVal(ax, "tickLblPos", "nextTo", kAxOrder, doc.c);
     SetVal(ax, "crossAx", std::to_string(cross), kAxOrder, doc.c);
@@ -791,7 +789,7 @@ std::vector<long> AxisIds(pugi::xml_node g) {
 
 pugi::xml_node AxisById(ChartDoc& doc, long id) {
     for (auto n : doc.PlotArea(false).children())
-        if (IsAxis(Local(n)) && std::stol(Val(n, "axId", "0")) == id) return n;
+        if (IsAxis(LocalName(n)) && std::stol(Val(n, "axId", "0")) == id) return n;
     return {};
 }
 
@@ -801,7 +799,7 @@ std::vector<long> PrepareAxes(ChartDoc& doc, const TypeSpec& spec, const std::ve
     if (NoAxes(spec.family)) {
         std::vector<pugi::xml_node> axes;
         for (auto n : pa.children())
-            if (IsAxis(Local(n))) axes.push_back(n);
+            if (IsAxis(LocalName(n))) axes.push_back(n);
         for (auto n : axes) pa.remove_child(n);
         return {};
     }
@@ -812,7 +810,7 @@ std::vector<long> PrepareAxes(ChartDoc& doc, const TypeSpec& spec, const std::ve
         if (old.size() >= 3 && old[2]) ser = AxisById(doc, old[2]);
     }
     bool xy = XY(spec.family);
-    bool fit = cat && val && Local(val) == "valAx" && (xy ? Local(cat) == "valAx" : Local(cat) != "valAx");
+    bool fit = cat && val && LocalName(val) == "valAx" && (xy ? LocalName(cat) == "valAx" : LocalName(cat) != "valAx");
     if (!fit) {
         // rebuild the pair with the ids of the old one, or new ids
         if (cat) pa.remove_child(cat);
@@ -826,14 +824,14 @@ std::vector<long> PrepareAxes(ChartDoc& doc, const TypeSpec& spec, const std::ve
     bool horizontal = spec.barDir && std::string(spec.barDir) == "bar";
     SetVal(cat, "axPos", horizontal ? "l" : "b", kAxOrder, doc.c);
     SetVal(val, "axPos", horizontal ? "b" : "l", kAxOrder, doc.c);
-    if (Local(val) == "valAx" && !xy)
+    if (LocalName(val) == "valAx" && !xy)
         SetVal(val, "crossBetween", spec.family == Family::Area || spec.family == Family::Area3D ? "midCat" : "between", kAxOrder, doc.c);
     if (ser) pa.remove_child(ser);
     std::vector<long> ids = {std::stol(Val(cat, "axId")), std::stol(Val(val, "axId"))};
     // other axes (a secondary pair) go with the groups that used them
     std::vector<pugi::xml_node> extra;
     for (auto n : pa.children()) {
-        if (!IsAxis(Local(n))) continue;
+        if (!IsAxis(LocalName(n))) continue;
         long id = std::stol(Val(n, "axId", "0"));
         if (id != ids[0] && id != ids[1]) extra.push_back(n);
     }
@@ -848,7 +846,7 @@ void Set3DView(ChartDoc& doc, const TypeSpec& spec) {
         RemoveL(chart, "view3D");
         return;
     }
-    auto v = ChildL(chart, "view3D");
+    auto v = Kid(chart, "view3D");
     if (!v) {
         v = InsertAt(chart, "view3D", kChartOrder, doc.c);
         SetVal(v, "rotX", spec.family == Family::Pie3D ? "30" : "15", kView3DOrder, doc.c);
@@ -856,7 +854,7 @@ void Set3DView(ChartDoc& doc, const TypeSpec& spec) {
         SetVal(v, "rAngAx", spec.family == Family::Pie3D ? "0" : "1", kView3DOrder, doc.c);
     }
     for (const char* wall : {"floor", "sideWall", "backWall"})
-        if (!ChildL(chart, wall)) SetVal(InsertAt(chart, wall, kChartOrder, doc.c), "thickness", "0", {"thickness", "spPr", "pictureOptions", "extLst"}, doc.c);
+        if (!Kid(chart, wall)) SetVal(InsertAt(chart, wall, kChartOrder, doc.c), "thickness", "0", {"thickness", "spPr", "pictureOptions", "extLst"}, doc.c);
 }
 
 pugi::xml_node BuildGroup(ChartDoc& doc, const TypeSpec& spec, pugi::xml_node after, const std::vector<long>& axes) {
@@ -900,7 +898,7 @@ void SetPlotChartType(ChartDoc& doc, long type) {
         return std::stol(Val(x, "order", "0")) < std::stol(Val(y, "order", "0"));
     });
     pugi::xml_node dLbls;
-    if (!groups.empty()) dLbls = ChildL(groups[0], "dLbls");
+    if (!groups.empty()) dLbls = Kid(groups[0], "dLbls");
     auto axes = PrepareAxes(doc, spec, oldAxes);
     auto g = BuildGroup(doc, spec, groups.empty() ? pugi::xml_node() : groups[0], axes);
     for (auto s : series) {

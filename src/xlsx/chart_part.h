@@ -1,6 +1,7 @@
 #pragma once
 // The object model of chart parts (xl/charts/chartN.xml), handed out by chart objects on
 // worksheets and by chart sheets.
+#include <functional>
 #include <memory>
 #include <string>
 
@@ -17,9 +18,7 @@ std::shared_ptr<host::Chart> MakeChart(Book& book, const std::string& part, std:
 // chart without series) and answers its part name. The caller relates it to its drawing.
 std::string NewChartPart(Book& book);
 
-struct RowShift;
-// Moves the references of every chart part of the workbook (series data, names, linked titles)
-// after rows were inserted or deleted.
-void ShiftChartReferences(Book& book, const RowShift& shift);
+// Applies fn to every reference text (c:f) of every chart part: rows moved, sheets renamed or deleted.
+void RewriteChartFormulas(Book& book, const std::function<std::string(const std::string&)>& fn);
 
 }  // namespace xlsx

@@ -23,21 +23,21 @@ long Idx(pugi::xml_node ser) { return std::stol(Val(ser, "idx", "0")); }
 
 // The value and category children of a series, whatever its family calls them.
 pugi::xml_node ValuesNode(pugi::xml_node ser) {
-    if (auto v = ChildL(ser, "val")) return v;
-    return ChildL(ser, "yVal");
+    if (auto v = Kid(ser, "val")) return v;
+    return Kid(ser, "yVal");
 }
 pugi::xml_node CategoriesNode(pugi::xml_node ser) {
-    if (auto v = ChildL(ser, "cat")) return v;
-    return ChildL(ser, "xVal");
+    if (auto v = Kid(ser, "cat")) return v;
+    return Kid(ser, "xVal");
 }
 bool XYSeries(pugi::xml_node ser) {
-    auto l = Local(ser.parent());
+    auto l = LocalName(ser.parent());
     return l == "scatterChart" || l == "bubbleChart";
 }
 
 std::string RefText(pugi::xml_node data) {
     for (auto ch : data.children()) {
-        auto f = ChildL(ch, "f");
+        auto f = Kid(ch, "f");
         if (f) return f.text().get();
     }
     return "";
@@ -46,22 +46,22 @@ std::string RefText(pugi::xml_node data) {
 std::vector<Variant> CachedValues(pugi::xml_node data) {
     std::vector<Variant> out;
     for (auto ch : data.children()) {
-        auto l = Local(ch);
+        auto l = LocalName(ch);
         pugi::xml_node cache;
         bool numeric = true;
-        if (l == "numRef") cache = ChildL(ch, "numCache");
-        else if (l == "strRef") { cache = ChildL(ch, "strCache"); numeric = false; }
+        if (l == "numRef") cache = Kid(ch, "numCache");
+        else if (l == "strRef") { cache = Kid(ch, "strCache"); numeric = false; }
         else if (l == "numLit") cache = ch;
         else if (l == "strLit") { cache = ch; numeric = false; }
         else if (l == "multiLvlStrRef") {
-            cache = ChildL(ChildL(ch, "multiLvlStrCache"), "lvl");
+            cache = Kid(Kid(ch, "multiLvlStrCache"), "lvl");
             numeric = false;
         } else continue;
-        long n = std::stol(Val(l == "multiLvlStrRef" ? ChildL(ChildL(ch, "multiLvlStrCache"), "ptCount").parent() : cache, "ptCount", "0"));
+        long n = std::stol(Val(l == "multiLvlStrRef" ? Kid(Kid(ch, "multiLvlStrCache"), "ptCount").parent() : cache, "ptCount", "0"));
         out.assign(std::max<long>(n, 0), Variant());
         for (auto pt : ChildrenL(cache, "pt")) {
             long i = pt.attribute("idx").as_int();
-            std::string v = ChildL(pt, "v").text().get();
+            std::string v = Kid(pt, "v").text().get();
             if (i < 0) continue;
             if (i >= long(out.size())) out.resize(i + 1);
             out[i] = numeric ? Variant(std::atof(v.c_str())) : Variant(v);
@@ -135,7 +135,7 @@ bool AllNumbers(ChartDoc& doc, const std::string& ref) {
 }  // namespace
 
 void FillCache(ChartDoc& doc, pugi::xml_node ref, bool numeric) {
-    std::string f = ChildL(ref, "f").text().get();
+    std::string f = Kid(ref, "f").text().get();
     RemoveL(ref, "numCache");
     RemoveL(ref, "strCache");
     auto cache = InsertAt(ref, numeric ? "numCache" : "strCache", kRefOrder, doc.c);
@@ -225,7 +225,7 @@ std::vector<std::string> SeriesArgs(const std::string& formula, const char* memb
 
 // Where a data label may stand for each family: the application refuses the others.
 bool LabelPositionFits(pugi::xml_node group, const std::string& pos) {
-    auto l = Local(group);
+    auto l = LocalName(group);
     std::string grouping = Val(group, "grouping", "clustered");
     if (l == "barChart") {
         if (grouping == "clustered" || grouping == "standard") return pos == "ctr" || pos == "inEnd" || pos == "inBase" || pos == "outEnd";
@@ -258,7 +258,7 @@ long PositionOf(const std::string& s, pugi::xml_node group) {
     using namespace host;
     if (s.empty()) {
         // the application's placement when the file names none
-        auto l = Local(group);
+        auto l = LocalName(group);
         if (l == "barChart" || l == "bar3DChart") return Val(group, "grouping", "clustered") == "clustered" ? xlLabelPositionOutsideEnd : xlLabelPositionCenter;
         if (l == "pieChart" || l == "pie3DChart") return xlLabelPositionBestFit;
         if (l == "lineChart" || l == "scatterChart" || l == "bubbleChart") return xlLabelPositionRight;
@@ -287,15 +287,15 @@ bool Shows(pugi::xml_node dLbls) {
 // The labels of a series: its own, else those its group shows for all series. Writing gives the
 // series a copy of its own.
 pugi::xml_node Labels(ChartDoc& doc, pugi::xml_node ser, bool edit) {
-    auto own = ChildL(ser, "dLbls");
+    auto own = Kid(ser, "dLbls");
     if (!edit) {
         if (own) return own;
-        if (auto g = ChildL(ser.parent(), "dLbls")) return g;
+        if (auto g = Kid(ser.parent(), "dLbls")) return g;
         Refuse("Unable to get the DataLabels property of the Series class");
     }
     doc.Touch();
     if (own) return own;
-    auto g = ChildL(ser.parent(), "dLbls");
+    auto g = Kid(ser.parent(), "dLbls");
     if (!g) Refuse("Unable to get the DataLabels property of the Series class");
     auto copy = ser.append_copy(g);
     return MoveInto(ser, copy, kSerOrder, doc.c);
@@ -311,7 +311,7 @@ public:
     DataLabelImpl(DocPtr d, pugi::xml_node ser, long index) : d_(std::move(d)), ser_(ser), index_(index) {}
     std::string Text() override {
         auto own = Own(false);
-        if (auto tx = ChildL(own, "tx")) return RichText(*d_, tx);
+        if (auto tx = Kid(own, "tx")) return RichText(*d_, tx);
         // the automatic text: what the labels show of this point
         auto from = own ? own : Labels(*d_, ser_, false);
         auto shows = [&](const char* what) { return BoolVal(from, what, false) || BoolVal(Labels(*d_, ser_, false), what, false); };
@@ -319,8 +319,8 @@ public:
         if (shows("showSerName")) parts.push_back(SeriesName());
         if (shows("showCatName")) parts.push_back(PointText(CategoriesNode(ser_)));
         if (shows("showVal")) parts.push_back(PointText(ValuesNode(ser_)));
-        if (shows("showBubbleSize")) parts.push_back(PointText(ChildL(ser_, "bubbleSize")));
-        std::string sep = ChildL(from, "separator") ? ChildL(from, "separator").text().get() : ", ";
+        if (shows("showBubbleSize")) parts.push_back(PointText(Kid(ser_, "bubbleSize")));
+        std::string sep = Kid(from, "separator") ? Kid(from, "separator").text().get() : ", ";
         std::string out;
         for (size_t i = 0; i < parts.size(); ++i) out += (i ? sep : "") + parts[i];
         return out;
@@ -328,13 +328,15 @@ public:
     void SetText(const std::string& v) override { SetRichText(*d_, Own(true), v, kDLblOrder); }
     std::string Caption() override { return Text(); }
     void SetCaption(const std::string& v) override { SetText(v); }
-    bool AutoText() override { return !ChildL(Own(false), "tx"); }
+    bool AutoText() override { return !Kid(Own(false), "tx"); }
+    // Turning the automatic text off fixes the text shown now.
     void SetAutoText(bool v) override {
-        if (v) RemoveL(Own(true), "tx");
+        if (!v) return SetText(Text());
+        RemoveL(Own(true), "tx");
     }
     Ref<host::Font> Font() override { return MakeFont(d_, H()); }
-    Variant AutoScaleFont() override { return false; }
-    void SetAutoScaleFont(const Variant& v) override { (void)host::CBool(v); }
+    Variant AutoScaleFont() override { return AutoScaleFontValue(); }
+    void SetAutoScaleFont(const Variant& v) override { CheckAutoScaleFont(v); }
     long Position() override {
         auto own = Own(false);
         std::string pos = Val(own, "dLblPos");
@@ -375,14 +377,14 @@ private:
         auto l = before ? labels.insert_child_before(d_->C("dLbl").c_str(), before) : InsertAt(labels, "dLbl", kDLblsOrder, d_->c);
         SetVal(l, "idx", std::to_string(index_ - 1), kDLblOrder, d_->c);
         for (const char* f : {"dLblPos", "showLegendKey", "showVal", "showCatName", "showSerName", "showPercent", "showBubbleSize"}) {
-            if (auto n = ChildL(labels, f)) SetVal(l, f, n.attribute("val").value(), kDLblOrder, d_->c);
+            if (auto n = Kid(labels, f)) SetVal(l, f, n.attribute("val").value(), kDLblOrder, d_->c);
             else if (std::string_view(f) != "dLblPos") SetVal(l, f, "0", kDLblOrder, d_->c);
         }
         return l;
     }
     bool Flag(const char* what) {
         auto own = Own(false);
-        if (ChildL(own, what)) return BoolVal(own, what, false);
+        if (Kid(own, what)) return BoolVal(own, what, false);
         return BoolVal(Labels(*d_, ser_, false), what, false);
     }
     Holder H() {
@@ -392,7 +394,7 @@ private:
         return Holder{[d, ser, index](bool e) { return DataLabelImpl(d, ser, index).Own(e); }, &kDLblOrder, 0xFFFFFF, 9};
     }
     std::string SeriesName() {
-        if (auto tx = ChildL(ser_, "tx")) return RichText(*d_, tx);
+        if (auto tx = Kid(ser_, "tx")) return RichText(*d_, tx);
         return "Series" + std::to_string(Idx(ser_) + 1);
     }
     std::string PointText(pugi::xml_node data) {
@@ -414,14 +416,16 @@ public:
         auto v = CachedValues(ValuesNode(ser_));
         return long(v.size());
     }
+    Variant Orientation() override { return TextOrientation(N(false), host::xlHorizontal); }
+    void SetOrientation(const Variant& v) override { SetTextOrientation(*d_, N(true), kDLblsOrder, v); }
     Ref<host::DataLabel> Item(long index) override {
         if (index < 1 || index > Count()) Refuse("Unable to get the Item property of the DataLabels class");
         return std::make_shared<DataLabelImpl>(d_, ser_, index);
     }
     bool AutoText() override { return true; }
     Ref<host::Font> Font() override { return MakeFont(d_, H()); }
-    Variant AutoScaleFont() override { return false; }
-    void SetAutoScaleFont(const Variant& v) override { (void)host::CBool(v); }
+    Variant AutoScaleFont() override { return AutoScaleFontValue(); }
+    void SetAutoScaleFont(const Variant& v) override { CheckAutoScaleFont(v); }
     long Position() override { return PositionOf(Val(N(false), "dLblPos"), ser_.parent()); }
     void SetPosition(long v) override {
         const char* p = PositionName(v);
@@ -429,7 +433,7 @@ public:
         SetVal(N(true), "dLblPos", p, kDLblsOrder, d_->c);
     }
     std::string NumberFormat() override {
-        auto nf = ChildL(N(false), "numFmt");
+        auto nf = Kid(N(false), "numFmt");
         return nf ? nf.attribute("formatCode").value() : "General";
     }
     void SetNumberFormat(const std::string& v) override {
@@ -441,7 +445,7 @@ public:
         nf.append_attribute("sourceLinked") = "0";
     }
     bool NumberFormatLinked() override {
-        auto nf = ChildL(N(false), "numFmt");
+        auto nf = Kid(N(false), "numFmt");
         return nf ? nf.attribute("sourceLinked").as_bool() : true;
     }
     void SetNumberFormatLinked(bool v) override {
@@ -485,7 +489,7 @@ public:
     bool ShowLegendKey() override { return BoolVal(N(false), "showLegendKey", false); }
     void SetShowLegendKey(bool v) override { Set("showLegendKey", v); }
     Variant Separator() override {
-        auto s = ChildL(N(false), "separator");
+        auto s = Kid(N(false), "separator");
         return s ? Variant(std::string(s.text().get())) : Variant(",");
     }
     void SetSeparator(const Variant& v) override {
@@ -498,7 +502,7 @@ public:
     void Delete() override {
         d_->Touch();
         RemoveL(ser_, "dLbls");
-        if (Shows(ChildL(ser_.parent(), "dLbls")))
+        if (Shows(Kid(ser_.parent(), "dLbls")))
             SetVal(InsertAt(ser_, "dLbls", kSerOrder, d_->c), "delete", "1", kDLblsOrder, d_->c);
     }
 
@@ -524,7 +528,7 @@ public:
 
     std::string Name() override {
         Live();
-        if (auto tx = ChildL(ser_, "tx")) return RichText(*d_, tx);
+        if (auto tx = Kid(ser_, "tx")) return RichText(*d_, tx);
         return "Series" + std::to_string(Idx(ser_) + 1);
     }
     void SetName(const std::string& v) override {
@@ -557,7 +561,7 @@ public:
     void SetXValues(const std::vector<Variant>& values) override { SetLiteral(*d_, Data(true), values, false); }
     Variant BubbleSizes() override {
         Bubbles("Unable to get the BubbleSizes property of the Series class");
-        auto b = ChildL(ser_, "bubbleSize");
+        auto b = Kid(ser_, "bubbleSize");
         std::string f = RefText(b);
         if (!f.empty()) return "=" + f;
         return DataText(b);
@@ -573,13 +577,13 @@ public:
     std::string Formula() override {
         Live();
         std::string name;
-        if (auto tx = ChildL(ser_, "tx")) {
-            if (auto f = ChildL(ChildL(tx, "strRef"), "f")) name = f.text().get();
+        if (auto tx = Kid(ser_, "tx")) {
+            if (auto f = Kid(Kid(tx, "strRef"), "f")) name = f.text().get();
             else name = "\"" + RichText(*d_, tx) + "\"";
         }
         std::string out = "=SERIES(" + name + "," + DataText(CategoriesNode(ser_)) + "," + DataText(ValuesNode(ser_)) +
                           "," + std::to_string(PlotOrder());
-        if (auto b = ChildL(ser_, "bubbleSize")) out += "," + DataText(b);
+        if (auto b = Kid(ser_, "bubbleSize")) out += "," + DataText(b);
         return out + ")";
     }
     void SetFormula(const std::string& v) override {
@@ -632,9 +636,9 @@ public:
     }
     long AxisGroup() override {
         Live();
-        auto first = ChildL(ser_.parent(), "axId");
+        auto first = Kid(ser_.parent(), "axId");
         for (auto g : Groups(*d_)) {
-            auto a = ChildL(g, "axId");
+            auto a = Kid(g, "axId");
             if (a) return std::string_view(a.attribute("val").value()) == first.attribute("val").value() ? host::xlPrimary : host::xlSecondary;
         }
         return host::xlPrimary;
@@ -644,7 +648,7 @@ public:
     Ref<host::ChartFillFormat> Fill() override { return MakeFill(d_, H()); }
     long Explosion() override { Live(); return std::stol(Val(ser_, "explosion", "0")); }
     void SetExplosion(long v) override {
-        auto l = Local(ser_.parent());
+        auto l = LocalName(ser_.parent());
         if (l != "pieChart" && l != "pie3DChart" && l != "doughnutChart" && l != "ofPieChart")
             Refuse("Unable to set the Explosion property of the Series class");
         if (v < 0 || v > 400) Refuse("Unable to set the Explosion property of the Series class");
@@ -654,7 +658,7 @@ public:
     bool InvertIfNegative() override { Live(); return BoolVal(ser_, "invertIfNegative", false); }
     void SetInvertIfNegative(bool v) override {
         Live();
-        auto l = Local(ser_.parent());
+        auto l = LocalName(ser_.parent());
         if (l != "barChart" && l != "bar3DChart" && l != "bubbleChart")
             Refuse("Unable to set the InvertIfNegative property of the Series class");
         d_->Touch();
@@ -663,13 +667,13 @@ public:
     bool Smooth() override { Live(); return BoolVal(ser_, "smooth", false); }
     void SetSmooth(bool v) override {
         Live();
-        auto l = Local(ser_.parent());
+        auto l = LocalName(ser_.parent());
         if (l != "lineChart" && l != "scatterChart") Refuse("Unable to set the Smooth property of the Series class");
         d_->Touch();
         SetVal(ser_, "smooth", v ? "1" : "0", kSerOrder, d_->c);
     }
     bool HasLeaderLines() override {
-        auto d = ChildL(ser_, "dLbls");
+        auto d = Kid(ser_, "dLbls");
         return d && BoolVal(d, "showLeaderLines", false);
     }
     void SetHasLeaderLines(bool v) override {
@@ -679,8 +683,8 @@ public:
 
     bool HasDataLabels() override {
         Live();
-        if (auto own = ChildL(ser_, "dLbls")) return Shows(own);
-        return Shows(ChildL(ser_.parent(), "dLbls"));
+        if (auto own = Kid(ser_, "dLbls")) return Shows(own);
+        return Shows(Kid(ser_.parent(), "dLbls"));
     }
     void SetHasDataLabels(bool v) override {
         if (v) {
@@ -689,7 +693,7 @@ public:
         }
         d_->Touch();
         RemoveL(ser_, "dLbls");
-        if (Shows(ChildL(ser_.parent(), "dLbls"))) {
+        if (Shows(Kid(ser_.parent(), "dLbls"))) {
             auto d = InsertAt(ser_, "dLbls", kSerOrder, d_->c);
             SetVal(d, "delete", "1", kDLblsOrder, d_->c);
         }
@@ -714,13 +718,13 @@ public:
         bool cat = type == xlDataLabelsShowLabel || type == xlDataLabelsShowLabelAndPercent;
         bool bub = type == xlDataLabelsShowBubbleSizes;
         if (!val && !pct && !cat && !bub) Refuse("Method 'ApplyDataLabels' of object 'Series' failed");
-        auto l = Local(ser_.parent());
+        auto l = LocalName(ser_.parent());
         bool pie = l == "pieChart" || l == "pie3DChart" || l == "doughnutChart" || l == "ofPieChart";
         if (pct && !pie && !(percent.type() == Variant::Type::Boolean))
             Refuse("Method 'ApplyDataLabels' of object 'Series' failed");
         auto pick = [](const Variant& v, bool dflt) { return v.IsEmpty() ? dflt : CBool(v); };
         d_->Touch();
-        auto d = ChildL(ser_, "dLbls");
+        auto d = Kid(ser_, "dLbls");
         if (!d) d = InsertAt(ser_, "dLbls", kSerOrder, d_->c);
         RemoveL(d, "delete");
         SetVal(d, "showLegendKey", pick(legendKey, false) ? "1" : "0", kDLblsOrder, d_->c);
@@ -765,7 +769,7 @@ private:
     }
     void Bubbles(const char* refusal) {
         Live();
-        if (Local(ser_.parent()) != "bubbleChart") Refuse(refusal);
+        if (LocalName(ser_.parent()) != "bubbleChart") Refuse(refusal);
     }
     pugi::xml_node SizesData() {
         Bubbles("Unable to set the BubbleSizes property of the Series class");
@@ -847,7 +851,7 @@ public:
     long AxisGroup() override {
         auto groups = Groups(*d_);
         for (auto g : groups)
-            if (auto a = ChildL(g, "axId"))
+            if (auto a = Kid(g, "axId"))
                 return Val(g, "axId") == Val(g_, "axId") ? host::xlPrimary : host::xlSecondary;
         return host::xlPrimary;
     }
@@ -866,7 +870,7 @@ public:
     }
     long Overlap() override { Bars("Overlap"); return std::stol(Val(g_, "overlap", "0")); }
     void SetOverlap(long v) override {
-        if (Local(g_) != "barChart") Refuse("Unable to set the Overlap property of the ChartGroup class");
+        if (LocalName(g_) != "barChart") Refuse("Unable to set the Overlap property of the ChartGroup class");
         if (v < -100 || v > 100) Refuse("Unable to set the Overlap property of the ChartGroup class");
         d_->Touch();
         SetVal(g_, "overlap", std::to_string(v), kGroupOrder, d_->c);
@@ -884,11 +888,11 @@ public:
         SetVal(g_, "firstSliceAng", std::to_string(v), kGroupOrder, d_->c);
     }
     long DoughnutHoleSize() override {
-        if (Local(g_) != "doughnutChart") Refuse("Unable to get the DoughnutHoleSize property of the ChartGroup class");
+        if (LocalName(g_) != "doughnutChart") Refuse("Unable to get the DoughnutHoleSize property of the ChartGroup class");
         return std::stol(Val(g_, "holeSize", "50"));
     }
     void SetDoughnutHoleSize(long v) override {
-        if (Local(g_) != "doughnutChart" || v < 10 || v > 90)
+        if (LocalName(g_) != "doughnutChart" || v < 10 || v > 90)
             Refuse("Unable to set the DoughnutHoleSize property of the ChartGroup class");
         d_->Touch();
         SetVal(g_, "holeSize", std::to_string(v), kGroupOrder, d_->c);
@@ -896,11 +900,11 @@ public:
 
 private:
     void Bars(const char* m) {
-        auto l = Local(g_);
+        auto l = LocalName(g_);
         if (l != "barChart" && l != "bar3DChart") Refuse(std::string("Unable to get the ") + m + " property of the ChartGroup class");
     }
     void Pies(const char* m) {
-        auto l = Local(g_);
+        auto l = LocalName(g_);
         if (l != "pieChart" && l != "doughnutChart") Refuse(std::string("Unable to get the ") + m + " property of the ChartGroup class");
     }
     DocPtr d_;
@@ -948,22 +952,22 @@ Ref<host::ChartGroup> MakeChartGroup(DocPtr doc, long index) {
 
 void FixLabelPositions(pugi::xml_node group) {
     std::vector<pugi::xml_node> labels;
-    if (auto d = ChildL(group, "dLbls")) labels.push_back(d);
+    if (auto d = Kid(group, "dLbls")) labels.push_back(d);
     for (auto s : ChildrenL(group, "ser")) {
-        if (auto d = ChildL(s, "dLbls")) {
+        if (auto d = Kid(s, "dLbls")) {
             labels.push_back(d);
             for (auto one : ChildrenL(d, "dLbl")) labels.push_back(one);
         }
     }
     for (auto d : labels) {
-        auto pos = ChildL(d, "dLblPos");
+        auto pos = Kid(d, "dLblPos");
         if (pos && !LabelPositionFits(group, pos.attribute("val").value())) d.remove_child(pos);
     }
 }
 
 // ---------------------------------------------------------------- moving rows
 
-void ShiftChartReferences(Book& book, const RowShift& shift) {
+void RewriteChartFormulas(Book& book, const std::function<std::string(const std::string&)>& fn) {
     auto& pkg = book.pkg();
     for (const auto& part : pkg.Parts()) {
         if (pkg.ContentType(part) != kChartContentType) continue;
@@ -971,9 +975,9 @@ void ShiftChartReferences(Book& book, const RowShift& shift) {
         std::function<void(pugi::xml_node)> walk = [&](pugi::xml_node n) {
             for (auto ch : n.children()) {
                 if (ch.type() != pugi::node_element) continue;
-                if (Local(ch) == "f") {
+                if (LocalName(ch) == "f") {
                     std::string text = ch.text().get();
-                    std::string moved = ShiftFormulaRows(text, "", shift);
+                    std::string moved = fn(text);
                     if (moved != text) edits.emplace_back(ch, moved);
                 } else {
                     walk(ch);

@@ -23,7 +23,7 @@ const std::vector<std::string_view> kLayoutOrder = {"layoutTarget", "xMode", "yM
 
 // Text properties: c:txPr made with a body, a list style and one paragraph.
 pugi::xml_node EnsureTxPr(ChartDoc& doc, pugi::xml_node owner, const std::vector<std::string_view>& order) {
-    auto tx = ChildL(owner, "txPr");
+    auto tx = Kid(owner, "txPr");
     if (tx) return tx;
     tx = InsertAt(owner, "txPr", order, doc.c);
     tx.append_child(doc.A("bodyPr").c_str());
@@ -34,7 +34,7 @@ pugi::xml_node EnsureTxPr(ChartDoc& doc, pugi::xml_node owner, const std::vector
     return tx;
 }
 
-pugi::xml_node Rich(pugi::xml_node owner) { return ChildL(ChildL(owner, "tx"), "rich"); }
+pugi::xml_node Rich(pugi::xml_node owner) { return Kid(Kid(owner, "tx"), "rich"); }
 
 // The run properties that decide the look of one run: its own, then its paragraph's defaults.
 struct Props {
@@ -44,14 +44,14 @@ struct Props {
         return para.attribute(name);
     }
     pugi::xml_node child(std::string_view local) const {
-        if (auto c = ChildL(run, local)) return c;
-        return ChildL(para, local);
+        if (auto c = Kid(run, local)) return c;
+        return Kid(para, local);
     }
     // the fill of the text: the first fill element of the run, else of the paragraph
     pugi::xml_node fill() const {
         for (auto n : {run, para})
             for (auto f : {"noFill", "solidFill", "gradFill", "pattFill"})
-                if (auto c = ChildL(n, f)) return c;
+                if (auto c = Kid(n, f)) return c;
         return {};
     }
 };
@@ -60,15 +60,15 @@ struct Props {
 std::vector<Props> ReadProps(pugi::xml_node owner) {
     std::vector<Props> out;
     auto body = Rich(owner);
-    if (!body) body = ChildL(owner, "txPr");
+    if (!body) body = Kid(owner, "txPr");
     for (auto p : ChildrenL(body, "p")) {
-        auto def = ChildL(ChildL(p, "pPr"), "defRPr");
+        auto def = Kid(Kid(p, "pPr"), "defRPr");
         bool runs = false;
         for (auto r : p.children()) {
-            auto l = Local(r);
+            auto l = LocalName(r);
             if (l != "r" && l != "fld") continue;
             runs = true;
-            out.push_back({ChildL(r, "rPr"), def});
+            out.push_back({Kid(r, "rPr"), def});
         }
         if (!runs) out.push_back({pugi::xml_node(), def});
     }
@@ -87,9 +87,9 @@ std::vector<pugi::xml_node> WriteProps(ChartDoc& doc, pugi::xml_node owner, cons
         auto ppr = Ensure(p, "pPr", kParaOrder, doc.a);
         out.push_back(Ensure(ppr, "defRPr", kPPrOrder, doc.a));
         for (auto r : p.children()) {
-            auto l = Local(r);
+            auto l = LocalName(r);
             if (l != "r" && l != "fld") continue;
-            auto rp = ChildL(r, "rPr");
+            auto rp = Kid(r, "rPr");
             if (!rp) {
                 rp = r.prepend_child(doc.A("rPr").c_str());
                 rp.append_attribute("lang") = "en-US";
@@ -165,7 +165,7 @@ public:
     Variant Color() override {
         return Same([&](const Props& rp) -> Variant {
             auto f = rp.fill();
-            return Local(f) == "solidFill" ? ColorOf(*d_, f, 0) : 0;
+            return LocalName(f) == "solidFill" ? ColorOf(*d_, f, 0) : 0;
         });
     }
     void SetColor(const Variant& v) override {
@@ -247,7 +247,8 @@ Variant OrientationOf(pugi::xml_node body, long dflt) {
     return deg;
 }
 
-void SetOrientationOf(ChartDoc& doc, pugi::xml_node owner, const std::vector<std::string_view>& order, const Variant& v) {
+void SetOrientationOf(ChartDoc& doc, pugi::xml_node owner, const std::vector<std::string_view>& order, const Variant& v,
+                      const char* cls) {
     long o = host::CLng(v);
     long rot = 0;
     const char* vert = "horz";
@@ -256,10 +257,10 @@ void SetOrientationOf(ChartDoc& doc, pugi::xml_node owner, const std::vector<std
     else if (o == host::xlVertical) vert = "wordArtVert";
     else if (o == host::xlHorizontal) rot = 0;
     else if (o >= -90 && o <= 90) rot = -o * 60000;
-    else Refuse("Unable to set the Orientation property of the AxisTitle class");
+    else Refuse(std::string("Unable to set the Orientation property of the ") + cls + " class");
     auto body = Rich(owner);
     if (!body) body = EnsureTxPr(doc, owner, order);
-    auto bp = ChildL(body, "bodyPr");
+    auto bp = Kid(body, "bodyPr");
     if (!bp) bp = body.prepend_child(doc.A("bodyPr").c_str());
     SetAttr(bp, "rot", std::to_string(rot));
     SetAttr(bp, "vert", vert);
@@ -269,14 +270,14 @@ void SetOrientationOf(ChartDoc& doc, pugi::xml_node owner, const std::vector<std
 template <class Base>
 class TitleImpl : public Base {
 public:
-    TitleImpl(DocPtr d, std::function<pugi::xml_node(bool)> owner, std::string autoText, long defaultOrientation,
-              double defaultSize)
-        : d_(std::move(d)), owner_(std::move(owner)), autoText_(std::move(autoText)),
+    TitleImpl(const char* cls, DocPtr d, std::function<pugi::xml_node(bool)> owner, std::string autoText,
+              long defaultOrientation, double defaultSize)
+        : cls_(cls), d_(std::move(d)), owner_(std::move(owner)), autoText_(std::move(autoText)),
           defaultOrientation_(defaultOrientation), defaultSize_(defaultSize) {}
 
     std::string Text() override {
         auto t = owner_(false);
-        if (ChildL(t, "tx")) return RichText(*d_, ChildL(t, "tx"));
+        if (Kid(t, "tx")) return RichText(*d_, Kid(t, "tx"));
         return autoText_;
     }
     void SetText(const std::string& v) override {
@@ -286,19 +287,17 @@ public:
     std::string Caption() override { return Text(); }
     void SetCaption(const std::string& v) override { SetText(v); }
     Ref<host::Font> Font() override { return MakeFont(d_, TextHolder()); }
-    Variant AutoScaleFont() override { return false; }
-    // The file format keeps no such switch since texts stopped scaling with the chart; the
-    // application itself accepts the value and draws the same.
-    void SetAutoScaleFont(const Variant& v) override { (void)host::CBool(v); }
+    Variant AutoScaleFont() override { return AutoScaleFontValue(); }
+    void SetAutoScaleFont(const Variant& v) override { CheckAutoScaleFont(v); }
     Variant Orientation() override {
         auto t = owner_(false);
         auto body = Rich(t);
-        if (!body) body = ChildL(t, "txPr");
-        return OrientationOf(ChildL(body, "bodyPr"), defaultOrientation_);
+        if (!body) body = Kid(t, "txPr");
+        return OrientationOf(Kid(body, "bodyPr"), defaultOrientation_);
     }
     void SetOrientation(const Variant& v) override {
         d_->Touch();
-        SetOrientationOf(*d_, owner_(true), kTitleOrder, v);
+        SetOrientationOf(*d_, owner_(true), kTitleOrder, v, cls_);
     }
     bool IncludeInLayout() override { return !BoolVal(owner_(false), "overlay", false); }
     void SetIncludeInLayout(bool v) override {
@@ -306,7 +305,7 @@ public:
         SetVal(owner_(true), "overlay", v ? "0" : "1", kTitleOrder, d_->c);
     }
     long Position() override {
-        return ChildL(ChildL(owner_(false), "layout"), "manualLayout") ? host::xlChartElementPositionCustom
+        return Kid(Kid(owner_(false), "layout"), "manualLayout") ? host::xlChartElementPositionCustom
                                                                          : host::xlChartElementPositionAutomatic;
     }
     void SetPosition(long v) override {
@@ -321,6 +320,7 @@ public:
 protected:
     Holder TextHolder() { return Holder{owner_, &kTitleOrder, 0xFFFFFF, defaultSize_}; }
     Holder ShapeHolder() { return Holder{owner_, &kTitleOrder, 0xFFFFFF, defaultSize_}; }
+    const char* cls_;
     DocPtr d_;
     std::function<pugi::xml_node(bool)> owner_;
     std::string autoText_;
@@ -341,7 +341,7 @@ public:
 class AxisTitleImpl : public TitleImpl<AxisTitleBase> {
 public:
     AxisTitleImpl(DocPtr d, std::function<pugi::xml_node(bool)> axis, long orientation)
-        : TitleImpl(d, [axis](bool e) { return ChildL(axis(e), "title"); }, "Axis Title", orientation, 10),
+        : TitleImpl("AxisTitle", d, [axis](bool e) { return Kid(axis(e), "title"); }, "Axis Title", orientation, 10),
           axis_(std::move(axis)) {}
     void Delete() override {
         d_->Touch();
@@ -354,23 +354,32 @@ private:
 
 }  // namespace
 
+Variant TextOrientation(pugi::xml_node owner, long dflt) {
+    auto body = Rich(owner);
+    if (!body) body = Kid(owner, "txPr");
+    return OrientationOf(Kid(body, "bodyPr"), dflt);
+}
+
+void SetTextOrientation(ChartDoc& doc, pugi::xml_node owner, const std::vector<std::string_view>& order, const Variant& v) {
+    SetOrientationOf(doc, owner, order, v, "DataLabels");
+}
+
 Ref<host::Font> MakeFont(DocPtr doc, Holder h) { return std::make_shared<FontImpl>(std::move(doc), std::move(h)); }
 
-std::string RichText(ChartDoc& doc, pugi::xml_node tx) {
-    (void)doc;
-    if (auto ref = ChildL(tx, "strRef")) {
-        auto pt = ChildL(ChildL(ref, "strCache"), "pt");
-        return ChildL(pt, "v").text().get();
+std::string RichText(ChartDoc&, pugi::xml_node tx) {
+    if (auto ref = Kid(tx, "strRef")) {
+        auto pt = Kid(Kid(ref, "strCache"), "pt");
+        return Kid(pt, "v").text().get();
     }
-    if (auto v = ChildL(tx, "v")) return v.text().get();
+    if (auto v = Kid(tx, "v")) return v.text().get();
     std::string out;
     bool first = true;
-    for (auto p : ChildrenL(ChildL(tx, "rich"), "p")) {
+    for (auto p : ChildrenL(Kid(tx, "rich"), "p")) {
         if (!first) out += '\n';
         first = false;
         for (auto r : p.children()) {
-            auto l = Local(r);
-            if (l == "r" || l == "fld") out += ChildL(r, "t").text().get();
+            auto l = LocalName(r);
+            if (l == "r" || l == "fld") out += Kid(r, "t").text().get();
             else if (l == "br") out += '\n';
         }
     }
@@ -382,15 +391,15 @@ void SetRichText(ChartDoc& doc, pugi::xml_node owner, const std::string& text, c
     // the look of the first run and paragraph carries over to the new text
     pugi::xml_document keep;
     pugi::xml_node keepBody, keepPPr, keepRPr;
-    if (auto rich = ChildL(tx, "rich")) {
-        if (auto bp = ChildL(rich, "bodyPr")) keepBody = keep.append_copy(bp);
-        auto p = ChildL(rich, "p");
-        if (auto ppr = ChildL(p, "pPr")) keepPPr = keep.append_copy(ppr);
-        if (auto rp = ChildL(ChildL(p, "r"), "rPr")) keepRPr = keep.append_copy(rp);
-    } else if (auto txPr = ChildL(owner, "txPr")) {
+    if (auto rich = Kid(tx, "rich")) {
+        if (auto bp = Kid(rich, "bodyPr")) keepBody = keep.append_copy(bp);
+        auto p = Kid(rich, "p");
+        if (auto ppr = Kid(p, "pPr")) keepPPr = keep.append_copy(ppr);
+        if (auto rp = Kid(Kid(p, "r"), "rPr")) keepRPr = keep.append_copy(rp);
+    } else if (auto txPr = Kid(owner, "txPr")) {
         // text properties go into the rich text, which then carries them alone
-        if (auto bp = ChildL(txPr, "bodyPr")) keepBody = keep.append_copy(bp);
-        if (auto ppr = ChildL(ChildL(txPr, "p"), "pPr")) keepPPr = keep.append_copy(ppr);
+        if (auto bp = Kid(txPr, "bodyPr")) keepBody = keep.append_copy(bp);
+        if (auto ppr = Kid(Kid(txPr, "p"), "pPr")) keepPPr = keep.append_copy(ppr);
         owner.remove_child(txPr);
     }
     while (tx.first_child()) tx.remove_child(tx.first_child());
@@ -398,7 +407,7 @@ void SetRichText(ChartDoc& doc, pugi::xml_node owner, const std::string& text, c
     if (keepBody) rich.append_copy(keepBody);
     else {
         auto bp = rich.append_child(doc.A("bodyPr").c_str());
-        if (Local(owner.parent()) == "chart") {
+        if (LocalName(owner.parent()) == "chart") {
             bp.append_attribute("rot") = "0";
             bp.append_attribute("vert") = "horz";
         }
@@ -437,10 +446,10 @@ Ref<host::ChartTitle> MakeChartTitle(DocPtr doc) {
     if (series.size() == 1) autoText = MakeSeriesCollection(doc, 0)->Item(1)->Name();
     auto d = doc;
     return std::make_shared<ChartTitleImpl>(
-        doc,
+        "ChartTitle", doc,
         [d](bool e) {
             auto chart = d->Chart(e);
-            auto t = ChildL(chart, "title");
+            auto t = Kid(chart, "title");
             if (!t && e) {
                 // an automatic title gets its element when it is first changed
                 t = InsertAt(chart, "title", kChartOrder, d->c);
@@ -480,9 +489,9 @@ std::vector<long> EntryIds(ChartDoc& doc, bool all) {
         auto sers = ChildrenL(groups[0], "ser");
         if (sers.size() == 1) {
             byPoint = true;
-            auto val = ChildL(sers[0], "val");
-            auto cache = ChildL(ChildL(val, "numRef"), "numCache");
-            if (!cache) cache = ChildL(val, "numLit");
+            auto val = Kid(sers[0], "val");
+            auto cache = Kid(Kid(val, "numRef"), "numCache");
+            if (!cache) cache = Kid(val, "numLit");
             long n = std::stol(Val(cache, "ptCount", "0"));
             for (long i = 0; i < n; ++i) ids.push_back(i);
         }
@@ -490,7 +499,7 @@ std::vector<long> EntryIds(ChartDoc& doc, bool all) {
     if (!byPoint)
         for (auto s : AllSeries(doc)) ids.push_back(std::stol(Val(s, "idx", "0")));
     if (all) return ids;
-    auto legend = ChildL(doc.Chart(false), "legend");
+    auto legend = Kid(doc.Chart(false), "legend");
     std::vector<long> shown;
     for (long id : ids) {
         bool deleted = false;
@@ -501,7 +510,7 @@ std::vector<long> EntryIds(ChartDoc& doc, bool all) {
     return shown;
 }
 
-pugi::xml_node LegendNode(ChartDoc& doc, bool edit) { return ChildL(doc.Chart(edit), "legend"); }
+pugi::xml_node LegendNode(ChartDoc& doc, bool edit) { return Kid(doc.Chart(edit), "legend"); }
 
 pugi::xml_node EntryNode(ChartDoc& doc, long id, bool edit) {
     auto legend = LegendNode(doc, edit);
@@ -528,8 +537,8 @@ public:
         static const std::vector<std::string_view> order = {"idx", "delete", "txPr", "extLst"};
         return MakeFont(d_, Holder{[d, id](bool e) { return EntryNode(*d, id, e); }, &order, 0xFFFFFF, 9});
     }
-    Variant AutoScaleFont() override { return false; }
-    void SetAutoScaleFont(const Variant& v) override { (void)host::CBool(v); }
+    Variant AutoScaleFont() override { return AutoScaleFontValue(); }
+    void SetAutoScaleFont(const Variant& v) override { CheckAutoScaleFont(v); }
     void Delete() override {
         d_->Touch();
         auto e = EntryNode(*d_, id_, true);
@@ -617,8 +626,8 @@ public:
         return std::min(SizeOf(*d_).h * 0.8, 16.0 * std::max<size_t>(1, EntryIds(*d_, false).size()));
     }
     Ref<host::Font> Font() override { return MakeFont(d_, H()); }
-    Variant AutoScaleFont() override { return false; }
-    void SetAutoScaleFont(const Variant& v) override { (void)host::CBool(v); }
+    Variant AutoScaleFont() override { return AutoScaleFontValue(); }
+    void SetAutoScaleFont(const Variant& v) override { CheckAutoScaleFont(v); }
     Ref<host::LegendEntries> LegendEntries() override { return std::make_shared<LegendEntriesImpl>(d_); }
     Ref<host::LegendEntry> LegendEntries(long index) override { return LegendEntries()->Item(index); }
     bool IncludeInLayout() override { return !BoolVal(Node(false), "overlay", false); }
@@ -638,11 +647,11 @@ private:
         return LegendNode(*d_, false);
     }
     bool Manual() {
-        auto m = ChildL(ChildL(Node(false), "layout"), "manualLayout");
-        return m && ChildL(m, "x") && ChildL(m, "y");
+        auto m = Kid(Kid(Node(false), "layout"), "manualLayout");
+        return m && Kid(m, "x") && Kid(m, "y");
     }
     double Frac(const char* what) {
-        auto m = ChildL(ChildL(Node(false), "layout"), "manualLayout");
+        auto m = Kid(Kid(Node(false), "layout"), "manualLayout");
         return std::atof(Val(m, what, "0").c_str());
     }
     void Place(double left, double top) {

@@ -36,6 +36,7 @@ inline constexpr const char* kTable = PS_REL "table";
 
 // The local part of an element or attribute name: prefixes vary between writers.
 std::string_view LocalName(const char* name);
+inline std::string_view LocalName(pugi::xml_node n) { return LocalName(n.name()); }
 // The first element child with the given local name; an empty node when there is none.
 pugi::xml_node Kid(pugi::xml_node parent, std::string_view local);
 // The prefix (with colon) bound to a namespace on an element, declared there when missing.

@@ -50,6 +50,8 @@ std::string NumberXml(double d) {
 // Text typed into a cell becomes a number, a logical or a formula as the application parses it.
 host::Variant ParseTyped(const std::string& text, bool& formula) {
     formula = false;
+    // A leading apostrophe keeps the rest as text, and is not part of the value.
+    if (!text.empty() && text[0] == '\'') return text.substr(1);
     if (text.size() > 1 && text[0] == '=') {
         formula = true;
         return text;
@@ -539,7 +541,7 @@ void SheetImpl::FollowRowShift(const RowShift& shift) {
 void Book::ApplyRowShift(const RowShift& shift) {
     for (auto& e : sheets_) e.sheet->FollowRowShift(shift);
     RewriteNames([&](const std::string& text) { return ShiftFormulaRows(text, "", shift); });
-    ShiftChartReferences(*this, shift);
+    RewriteChartFormulas(*this, [&](const std::string& text) { return ShiftFormulaRows(text, "", shift); });
 }
 
 void Book::RewriteNames(const std::function<std::string(const std::string&)>& fn) {
@@ -557,6 +559,7 @@ void Book::RewriteReferencesTo(const std::string& sheet, const std::function<std
     for (auto& e : sheets_)
         if (e.sheet->MayReference(sheet)) e.sheet->RewriteFormulas(fn);
     RewriteNames(fn);
+    RewriteChartFormulas(*this, fn);
 }
 
 // ---------------------------------------------------------------- sorting

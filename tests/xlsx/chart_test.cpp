@@ -553,6 +553,12 @@ TEST(ChartBuild, SeriesFormatsAndLayoutWrittenInPlace) {
     EXPECT_EQ(CLng(area->Border()->LineStyle()), xlLineStyleNone);
     area->Font()->SetSize(11.0);
     c->PlotArea()->Interior()->SetColorIndex(xlColorIndexNone);
+    c->PlotArea()->Border()->SetLineStyle(0L);  // as the component writes it: no line
+    EXPECT_EQ(CLng(c->PlotArea()->Border()->LineStyle()), xlLineStyleNone);
+    c->PlotArea()->SetWidth(c->ChartArea()->Width());
+    c->PlotArea()->SetWidth(c->PlotArea()->Width() - c->PlotArea()->Left() - 80 + 10);
+    EXPECT_NEAR(c->PlotArea()->Width(), 400 - 7 - 80 + 10, 0.01);
+    EXPECT_EQ(c->PlotArea()->Position(), xlChartElementPositionCustom);
     EXPECT_EQ(CLng(c->PlotArea()->Interior()->ColorIndex()), xlColorIndexNone);
 
     // a manual legend place, a deleted entry
@@ -572,6 +578,9 @@ TEST(ChartBuild, SeriesFormatsAndLayoutWrittenInPlace) {
     EXPECT_DOUBLE_EQ(v->MaximumScale(), 50);
     v->SetMaximumScaleIsAuto(true);
     EXPECT_TRUE(v->MaximumScaleIsAuto());
+    v->SetMajorUnitIsAuto(false);  // keeps the unit the data give: a maximum of 40 counts in tens
+    EXPECT_DOUBLE_EQ(v->MajorUnit(), 10);
+    EXPECT_FALSE(v->MajorUnitIsAuto());
     v->SetHasMajorGridlines(false);
     v->TickLabels()->SetNumberFormat("0.0");
     EXPECT_FALSE(v->TickLabels()->NumberFormatLinked());
@@ -579,6 +588,8 @@ TEST(ChartBuild, SeriesFormatsAndLayoutWrittenInPlace) {
 
     b->SetHasDataLabels(true);
     b->DataLabels()->SetNumberFormat("0%");
+    b->DataLabels()->SetOrientation(xlUpward);
+    EXPECT_EQ(CLng(b->DataLabels()->Orientation()), xlUpward);
     b->DataLabels()->SetShowValue(true);
     EXPECT_EQ(ErrorNumberOf([&] { b->DataLabels()->SetPosition(xlLabelPositionBestFit); }), 1004);
 
@@ -646,6 +657,9 @@ TEST(ChartBuild, BubbleSizesAreReferencesOfBubbleChartsOnly) {
     EXPECT_EQ(s->DataLabels(2)->Text(), "Big one");
     EXPECT_EQ(s->DataLabels()->Item(3)->Text(), "22");
     EXPECT_FALSE(s->DataLabels(2)->AutoText());
+    s->DataLabels(3)->SetAutoText(false);
+    EXPECT_EQ(s->DataLabels(3)->Text(), "22");
+    EXPECT_FALSE(s->DataLabels(3)->AutoText());
     auto path = ts::ScratchDir("chart-bubble") / "bubble.xlsx";
     wb->SaveAs(path.string());
     if (ts::HaveValidator()) {
@@ -674,6 +688,10 @@ TEST(ChartRows, InsertedAndDeletedRowsMoveSeriesReferences) {
     ws->Rows(2)->Insert();
     ws->Rows(2)->Insert();
     EXPECT_EQ(c->SeriesCollection()->Item(1L)->Formula(), "=SERIES(Sheet1!$C$7,Sheet1!$B$8:$B$11,Sheet1!$C$8:$C$11,1)");
+    // a refresh reads the cells again
+    ws->Cells(8, 3)->SetValue(99.0);
+    c->Refresh();
+    EXPECT_DOUBLE_EQ(CDbl(c->SeriesCollection()->Item(1L)->Values()[0]), 99);
     ws->Rows(9)->Delete();  // inside the block
     EXPECT_EQ(c->SeriesCollection()->Item(2L)->Formula(), "=SERIES(Sheet1!$D$7,Sheet1!$B$8:$B$10,Sheet1!$D$8:$D$10,2)");
 

@@ -113,6 +113,8 @@ TEST(Workbook, CellsHoldValuesFormulasAndFormats) {
     ws->Cells(6, 1)->SetFormula("=SUM(A2:A4)");
     EXPECT_EQ(ws->Cells(1, 1)->Value(), Variant("Name"));
     EXPECT_EQ(ws->Cells(4, 1)->Value().type(), Variant::Type::Double);
+    EXPECT_EQ(ws->Cells(5, 1)->Value(), Variant("42"));  // the apostrophe keeps it text and goes
+    EXPECT_EQ(ws->Cells(5, 1)->Value().type(), Variant::Type::String);
     EXPECT_EQ(ws->Cells(3, 1)->Text(), "TRUE");
     EXPECT_EQ(ws->Cells(6, 1)->Formula(), "=SUM(A2:A4)");
     EXPECT_TRUE(ws->Cells(6, 1)->HasFormula());
