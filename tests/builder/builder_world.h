@@ -4,13 +4,13 @@
 #include <string>
 #include <vector>
 
-#include "../metadata/metadata_world.h"
+#include "component_world.h"
 #include "builder/ps_chart_builder.h"
 #include "host/chart.h"
 
 namespace buildertest {
 
-struct BuilderWorld : metatest::World {
+struct BuilderWorld : testworld::World {
     ps::PSChartBuilder& b = *c.builder;
 
     // A data sheet table (headings in row 1, data below) on a sheet of its own.
@@ -32,8 +32,7 @@ struct BuilderWorld : metatest::World {
     }
     host::Ref<host::Chart> ChartObject(const std::string& id) { return c.colChartObjects->Item(id); }
     // Texts of the data sheet, row by row up to the first empty cell of column 1, cells joined
-    // by '|' up to the last non-empty one. The engine still keeps the apostrophe that marks a
-    // name as text as part of the value; it is left out here.
+    // by '|' up to the last non-empty one.
     std::vector<std::string> Data() {
         std::vector<std::string> out;
         auto s = Sheet(ps::sDataSheet);
@@ -48,11 +47,7 @@ struct BuilderWorld : metatest::World {
         return out;
     }
     // One cell of the data sheet, read as Data() reads it.
-    std::string Cell(long r, long col) {
-        std::string t = Text(Sheet(ps::sDataSheet), r, col);
-        if (!t.empty() && t[0] == '\'') t.erase(0, 1);
-        return t;
-    }
+    std::string Cell(long r, long col) { return Text(Sheet(ps::sDataSheet), r, col); }
     std::string Attr(const dom::Element& e, const std::string& name) { return c.common->GetAttributeText(e, name); }
 };
 

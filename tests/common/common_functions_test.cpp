@@ -6,6 +6,7 @@
 #include "forms/headless.h"
 #include "host/constants.h"
 #include "host/workbook.h"
+#include "component_world.h"
 #include "test_support.h"
 #include "xlsx/engine.h"
 
@@ -13,27 +14,8 @@ using host::Variant;
 
 namespace {
 
-struct ManualClock : ps::Clock {
-    double now = 0;
-    double Timer() override { return now; }
-};
-
-// A component over a new engine workbook with one sheet, "Sheet1".
-struct World {
-    forms::ScriptedDriver driver;
-    forms::HeadlessFrontEnd fe{driver};
-    forms::CollectingDialogs dialogs;
-    ManualClock clock;
-    ps::Component c{fe, dialogs, clock};
-    host::Ref<xlsx::EngineApplication> app = xlsx::NewApplication();
-    ps::CommonFunctions& cf = *c.common;
-
-    World() {
-        c.oApplication = app;
-        c.oWorkbook = app->NewWorkbook();
-    }
-    host::Ref<host::Worksheet> Sheet(const std::string& name) { return c.oWorkbook->Worksheets()->Item(name); }
-};
+using testworld::ManualClock;
+using testworld::World;
 
 }  // namespace
 

@@ -11,6 +11,7 @@
 #include "pages/page.h"
 #include "pages/pages.h"
 #include "pages/wizard_pages.h"
+#include "component_world.h"
 #include "test_support.h"
 #include "xlsx/engine.h"
 
@@ -25,10 +26,7 @@ const std::string kLayout = "Brindle Plotsmith - Chart Layout";
 const std::string kLocation = "Brindle Plotsmith - Chart Location";
 const std::string kNoTables = "This workbook contains no tables. You must create one in order to run the Plotsmith.";
 
-struct ManualClock : ps::Clock {
-    double now = 0;
-    double Timer() override { return now; }
-};
+using testworld::ManualClock;
 
 // The entry class over an engine application, with the headless front end and collected boxes.
 struct Host {

@@ -1,7 +1,7 @@
-#include "metadata_world.h"
+#include "component_world.h"
 
 using host::Variant;
-using metatest::World;
+using testworld::World;
 
 namespace {
 

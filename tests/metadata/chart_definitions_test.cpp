@@ -1,7 +1,7 @@
-#include "metadata_world.h"
+#include "component_world.h"
 
 using host::Variant;
-using metatest::World;
+using testworld::World;
 
 namespace {
 
@@ -143,7 +143,7 @@ TEST(ChartDocs, TheEntryOperationLoadsRenamesAndSavesWhatTheLoadCorrected) {
                                R"(<values><column name="Sales"/></values></chart>)");
     w.SaveAndReopen("rename_entry");
 
-    metatest::Entry e;
+    testworld::Entry e;
     std::vector<std::string> oldNames{"Sales"}, newNames{"Revenue"};
     e.entry.UpdateChartColumnNamesForTable(w.app, "VEX_TableRange1", oldNames, newNames);
     EXPECT_TRUE(e.dialogs.messages.empty()) << e.dialogs.Texts()[0];

@@ -1,8 +1,8 @@
 #include "host/chart.h"
-#include "metadata_world.h"
+#include "component_world.h"
 
 using host::Variant;
-using metatest::World;
+using testworld::World;
 
 namespace {
 
@@ -267,7 +267,7 @@ TEST(Controller, AWorkbookWithATableButNoChartOpensAtTheSourceTablePage) {
     auto data = w.AddSheet("Data1");
     w.Row(data, 1, 1, {"Product", "Units"});
     w.Row(data, 2, 1, {"Tea", 4.0});
-    metatest::Entry e;
+    testworld::Entry e;
     const std::string kTable = "Brindle Plotsmith - Source Table and Chart Type";
     e.driver.Visit(kTable, {forms::ScriptedDriver::Do("check",
                                                       [&](forms::Form&) {

@@ -18,7 +18,7 @@
 #include "test_support.h"
 #include "xlsx/engine.h"
 
-namespace metatest {
+namespace testworld {
 
 struct ManualClock : ps::Clock {
     double now = 0;
@@ -33,6 +33,7 @@ struct World {
     ps::Component c{fe, dialogs, clock};
     host::Ref<xlsx::EngineApplication> app = xlsx::NewApplication();
     ps::PSFunctions& f = *c.functions;
+    ps::CommonFunctions& cf = *c.common;
 
     World() {
         c.oApplication = app;
@@ -107,4 +108,4 @@ struct Entry {
     ps::Component& c = entry.component();
 };
 
-}  // namespace metatest
+}  // namespace testworld
