@@ -47,7 +47,7 @@ pugi::xml_node ChartDoc::Root(bool edit) {
 
 void ChartDoc::Touch() {
     book.pkg().Edit(part);
-    // the DrawingML prefix must be declared before text or shape properties are written
+    // the DrawingML prefix must be declared before text or typeSpec properties are written
     auto root = Root(false);
     if (PrefixOf(root, kDrawingNs) == "?") {
         a = "a:";
@@ -149,10 +149,10 @@ const std::vector<std::string_view> kLegendOrder = {"legendPos", "legendEntry", 
                                                     "spPr", "txPr", "extLst"};
 const std::vector<std::string_view> kSerOrder = {
     "idx", "order", "tx", "spPr", "invertIfNegative", "pictureOptions", "marker", "explosion", "dPt", "dLbls",
-    "trendline", "errBars", "cat", "xVal", "val", "yVal", "smooth", "shape", "bubbleSize", "bubble3D", "extLst"};
+    "trendline", "errBars", "cat", "xVal", "val", "yVal", "smooth", "typeSpec", "bubbleSize", "bubble3D", "extLst"};
 const std::vector<std::string_view> kGroupOrder = {
     "barDir", "grouping", "scatterStyle", "radarStyle", "varyColors", "ser", "dLbls", "dropLines", "hiLowLines",
-    "upDownBars", "marker", "smooth", "gapWidth", "gapDepth", "overlap", "serLines", "shape", "firstSliceAng",
+    "upDownBars", "marker", "smooth", "gapWidth", "gapDepth", "overlap", "serLines", "typeSpec", "firstSliceAng",
     "holeSize", "bubble3D", "bubbleScale", "showNegBubbles", "sizeRepresents", "axId", "extLst"};
 const std::vector<std::string_view> kAxOrder = {
     "axId", "scaling", "delete", "axPos", "majorGridlines", "minorGridlines", "title", "numFmt",
@@ -566,7 +566,7 @@ bool NoAxes(Family f) { return f == Family::Pie || f == Family::Pie3D || f == Fa
 // The series children each family allows, in schema order.
 const std::vector<std::string_view>& SerAllowed(Family f) {
     static const std::vector<std::string_view> bar = {"idx", "order", "tx", "spPr", "invertIfNegative",
-        "pictureOptions", "dPt", "dLbls", "trendline", "errBars", "cat", "val", "shape", "extLst"};
+        "pictureOptions", "dPt", "dLbls", "trendline", "errBars", "cat", "val", "typeSpec", "extLst"};
     static const std::vector<std::string_view> line = {"idx", "order", "tx", "spPr", "marker", "dPt", "dLbls",
         "trendline", "errBars", "cat", "val", "smooth", "extLst"};
     static const std::vector<std::string_view> area = {"idx", "order", "tx", "spPr", "pictureOptions", "dPt",
@@ -597,8 +597,8 @@ void Rename(pugi::xml_node n, std::string_view local, ChartDoc& doc) {
 
 // Makes a series fit the family: category/value children renamed, children the family lacks
 // dropped, the family's marks (explosion, markers, smoothing) set.
-void ConformSeries(pugi::xml_node ser, const TypeSpec& spec, ChartDoc& doc) {
-    bool xy = XY(spec.family);
+void ConformSeries(pugi::xml_node ser, const TypeSpec& typeSpec, ChartDoc& doc) {
+    bool xy = XY(typeSpec.family);
     for (auto ch : ser.children()) {
         if (ch.type() != pugi::node_element) continue;
         auto l = LocalName(ch);
@@ -607,7 +607,7 @@ void ConformSeries(pugi::xml_node ser, const TypeSpec& spec, ChartDoc& doc) {
         if (!xy && l == "xVal") Rename(ch, "cat", doc);
         if (!xy && l == "yVal") Rename(ch, "val", doc);
     }
-    const auto& allowed = SerAllowed(spec.family);
+    const auto& allowed = SerAllowed(typeSpec.family);
     std::vector<pugi::xml_node> drop;
     for (auto ch : ser.children()) {
         if (ch.type() != pugi::node_element) continue;
@@ -616,27 +616,27 @@ void ConformSeries(pugi::xml_node ser, const TypeSpec& spec, ChartDoc& doc) {
     for (auto n : drop) ser.remove_child(n);
     // the points of a pie keep no markers
     for (auto dpt : ChildrenL(ser, "dPt")) {
-        if (spec.family != Family::Line && spec.family != Family::Scatter && spec.family != Family::Radar)
+        if (typeSpec.family != Family::Line && typeSpec.family != Family::Scatter && typeSpec.family != Family::Radar)
             RemoveL(dpt, "marker");
-        if (spec.family != Family::Pie && spec.family != Family::Pie3D && spec.family != Family::Doughnut)
+        if (typeSpec.family != Family::Pie && typeSpec.family != Family::Pie3D && typeSpec.family != Family::Doughnut)
             RemoveL(dpt, "explosion");
     }
-    if (spec.family == Family::Pie || spec.family == Family::Pie3D || spec.family == Family::Doughnut) {
-        if (spec.exploded) SetVal(ser, "explosion", "25", kSerOrder, doc.c);
+    if (typeSpec.family == Family::Pie || typeSpec.family == Family::Pie3D || typeSpec.family == Family::Doughnut) {
+        if (typeSpec.exploded) SetVal(ser, "explosion", "25", kSerOrder, doc.c);
         else RemoveL(ser, "explosion");
     }
-    if (spec.family == Family::Line || spec.family == Family::Scatter || spec.family == Family::Radar) {
+    if (typeSpec.family == Family::Line || typeSpec.family == Family::Scatter || typeSpec.family == Family::Radar) {
         auto m = Kid(ser, "marker");
-        if (!spec.markers) {
+        if (!typeSpec.markers) {
             if (!m) m = InsertAt(ser, "marker", kSerOrder, doc.c);
             SetVal(m, "symbol", "none", {"symbol", "size", "spPr", "extLst"}, doc.c);
         } else if (m && Val(m, "symbol") == "none") {
             ser.remove_child(m);
         }
     }
-    if (spec.family == Family::Scatter) {
+    if (typeSpec.family == Family::Scatter) {
         auto sp = Ensure(ser, "spPr", kSerOrder, doc.c);
-        if (!spec.lines) {
+        if (!typeSpec.lines) {
             auto ln = Ensure(sp, "ln", kSpPrOrder, doc.a);
             for (auto ch : std::vector<pugi::xml_node>(ln.children().begin(), ln.children().end())) ln.remove_child(ch);
             InsertAt(ln, "noFill", kLnOrder, doc.a);
@@ -645,9 +645,9 @@ void ConformSeries(pugi::xml_node ser, const TypeSpec& spec, ChartDoc& doc) {
         }
         if (!sp.first_child()) ser.remove_child(sp);
     }
-    if (spec.family == Family::Line || spec.family == Family::Scatter)
-        SetVal(ser, "smooth", spec.smooth ? "1" : "0", kSerOrder, doc.c);
-    if (spec.family == Family::Bar || spec.family == Family::Bubble) {
+    if (typeSpec.family == Family::Line || typeSpec.family == Family::Scatter)
+        SetVal(ser, "smooth", typeSpec.smooth ? "1" : "0", kSerOrder, doc.c);
+    if (typeSpec.family == Family::Bar || typeSpec.family == Family::Bubble) {
         if (!Kid(ser, "invertIfNegative")) SetVal(ser, "invertIfNegative", "0", kSerOrder, doc.c);
     }
 }
@@ -666,11 +666,11 @@ void Solid(ChartDoc& doc, pugi::xml_node parent, const std::vector<std::string_v
 // Colours every automatic series the way the application paints it, written out so that
 // readers without the workbook's theme draw the same: fills for areas, lines for lines, one
 // colour per slice for pies.
-void PaintSeries(pugi::xml_node ser, const TypeSpec& spec, ChartDoc& doc, pugi::xml_node group) {
+void PaintSeries(pugi::xml_node ser, const TypeSpec& typeSpec, ChartDoc& doc, pugi::xml_node group) {
     long idx = std::stol(Val(ser, "idx", "0"));
-    bool pie = spec.family == Family::Pie || spec.family == Family::Pie3D || spec.family == Family::Doughnut;
-    bool line = spec.family == Family::Line || spec.family == Family::Scatter ||
-                (spec.family == Family::Radar && std::string(spec.style) != "filled");
+    bool pie = typeSpec.family == Family::Pie || typeSpec.family == Family::Pie3D || typeSpec.family == Family::Doughnut;
+    bool line = typeSpec.family == Family::Line || typeSpec.family == Family::Scatter ||
+                (typeSpec.family == Family::Radar && std::string(typeSpec.style) != "filled");
     if (pie) {
         if (!BoolVal(group, "varyColors", true)) return;
         auto val = Kid(ser, "val");
@@ -714,27 +714,27 @@ void PaintSeries(pugi::xml_node ser, const TypeSpec& spec, ChartDoc& doc, pugi::
     Solid(doc, sp, kSpPrOrder, rgb);
 }
 
-void FillGroup(pugi::xml_node g, const TypeSpec& spec, ChartDoc& doc) {
+void FillGroup(pugi::xml_node g, const TypeSpec& typeSpec, ChartDoc& doc) {
     const auto& c = doc.c;
-    if (spec.barDir) SetVal(g, "barDir", spec.barDir, kGroupOrder, c);
-    if (spec.grouping) SetVal(g, "grouping", spec.grouping, kGroupOrder, c);
-    if (spec.family == Family::Scatter) SetVal(g, "scatterStyle", spec.style, kGroupOrder, c);
-    if (spec.family == Family::Radar) SetVal(g, "radarStyle", spec.style, kGroupOrder, c);
-    bool pie = spec.family == Family::Pie || spec.family == Family::Pie3D || spec.family == Family::Doughnut;
+    if (typeSpec.barDir) SetVal(g, "barDir", typeSpec.barDir, kGroupOrder, c);
+    if (typeSpec.grouping) SetVal(g, "grouping", typeSpec.grouping, kGroupOrder, c);
+    if (typeSpec.family == Family::Scatter) SetVal(g, "scatterStyle", typeSpec.style, kGroupOrder, c);
+    if (typeSpec.family == Family::Radar) SetVal(g, "radarStyle", typeSpec.style, kGroupOrder, c);
+    bool pie = typeSpec.family == Family::Pie || typeSpec.family == Family::Pie3D || typeSpec.family == Family::Doughnut;
     SetVal(g, "varyColors", pie ? "1" : "0", kGroupOrder, c);
-    switch (spec.family) {
+    switch (typeSpec.family) {
     case Family::Bar:
-        SetVal(g, "gapWidth", std::string(spec.grouping) == "clustered" ? "219" : "150", kGroupOrder, c);
-        SetVal(g, "overlap", std::string(spec.grouping) == "clustered" ? "-27" : "100", kGroupOrder, c);
+        SetVal(g, "gapWidth", std::string(typeSpec.grouping) == "clustered" ? "219" : "150", kGroupOrder, c);
+        SetVal(g, "overlap", std::string(typeSpec.grouping) == "clustered" ? "-27" : "100", kGroupOrder, c);
         break;
     case Family::Bar3D:
         SetVal(g, "gapWidth", "150", kGroupOrder, c);
-        SetVal(g, "shape", "box", kGroupOrder, c);
+        SetVal(g, "typeSpec", "box", kGroupOrder, c);
         break;
     case Family::Line: SetVal(g, "marker", "1", kGroupOrder, c); break;
     case Family::Pie: case Family::Doughnut:
         SetVal(g, "firstSliceAng", "0", kGroupOrder, c);
-        if (spec.family == Family::Doughnut) SetVal(g, "holeSize", "75", kGroupOrder, c);
+        if (typeSpec.family == Family::Doughnut) SetVal(g, "holeSize", "75", kGroupOrder, c);
         break;
     case Family::Bubble:
         SetVal(g, "bubbleScale", "100", kGroupOrder, c);
@@ -794,9 +794,9 @@ pugi::xml_node AxisById(ChartDoc& doc, long id) {
 }
 
 // The primary axes (category first, value second) fit for the family, made or rebuilt as needed.
-std::vector<long> PrepareAxes(ChartDoc& doc, const TypeSpec& spec, const std::vector<long>& old) {
+std::vector<long> PrepareAxes(ChartDoc& doc, const TypeSpec& typeSpec, const std::vector<long>& old) {
     auto pa = doc.PlotArea(true);
-    if (NoAxes(spec.family)) {
+    if (NoAxes(typeSpec.family)) {
         std::vector<pugi::xml_node> axes;
         for (auto n : pa.children())
             if (IsAxis(LocalName(n))) axes.push_back(n);
@@ -809,7 +809,7 @@ std::vector<long> PrepareAxes(ChartDoc& doc, const TypeSpec& spec, const std::ve
         val = AxisById(doc, old[1]);
         if (old.size() >= 3 && old[2]) ser = AxisById(doc, old[2]);
     }
-    bool xy = XY(spec.family);
+    bool xy = XY(typeSpec.family);
     bool fit = cat && val && LocalName(val) == "valAx" && (xy ? LocalName(cat) == "valAx" : LocalName(cat) != "valAx");
     if (!fit) {
         // rebuild the pair with the ids of the old one, or new ids
@@ -821,11 +821,11 @@ std::vector<long> PrepareAxes(ChartDoc& doc, const TypeSpec& spec, const std::ve
         cat = MakeAxisNode(doc, xy ? "valAx" : "catAx", idc, idv, "b", false);
         val = MakeAxisNode(doc, "valAx", idv, idc, "l", true);
     }
-    bool horizontal = spec.barDir && std::string(spec.barDir) == "bar";
+    bool horizontal = typeSpec.barDir && std::string(typeSpec.barDir) == "bar";
     SetVal(cat, "axPos", horizontal ? "l" : "b", kAxOrder, doc.c);
     SetVal(val, "axPos", horizontal ? "b" : "l", kAxOrder, doc.c);
     if (LocalName(val) == "valAx" && !xy)
-        SetVal(val, "crossBetween", spec.family == Family::Area || spec.family == Family::Area3D ? "midCat" : "between", kAxOrder, doc.c);
+        SetVal(val, "crossBetween", typeSpec.family == Family::Area || typeSpec.family == Family::Area3D ? "midCat" : "between", kAxOrder, doc.c);
     if (ser) pa.remove_child(ser);
     std::vector<long> ids = {std::stol(Val(cat, "axId")), std::stol(Val(val, "axId"))};
     // other axes (a secondary pair) go with the groups that used them
@@ -839,9 +839,9 @@ std::vector<long> PrepareAxes(ChartDoc& doc, const TypeSpec& spec, const std::ve
     return ids;
 }
 
-void Set3DView(ChartDoc& doc, const TypeSpec& spec) {
+void Set3DView(ChartDoc& doc, const TypeSpec& typeSpec) {
     auto chart = doc.Chart(true);
-    bool is3d = spec.family == Family::Bar3D || spec.family == Family::Area3D || spec.family == Family::Pie3D;
+    bool is3d = typeSpec.family == Family::Bar3D || typeSpec.family == Family::Area3D || typeSpec.family == Family::Pie3D;
     if (!is3d) {
         RemoveL(chart, "view3D");
         return;
@@ -849,25 +849,25 @@ void Set3DView(ChartDoc& doc, const TypeSpec& spec) {
     auto v = Kid(chart, "view3D");
     if (!v) {
         v = InsertAt(chart, "view3D", kChartOrder, doc.c);
-        SetVal(v, "rotX", spec.family == Family::Pie3D ? "30" : "15", kView3DOrder, doc.c);
-        SetVal(v, "rotY", spec.family == Family::Pie3D ? "0" : "20", kView3DOrder, doc.c);
-        SetVal(v, "rAngAx", spec.family == Family::Pie3D ? "0" : "1", kView3DOrder, doc.c);
+        SetVal(v, "rotX", typeSpec.family == Family::Pie3D ? "30" : "15", kView3DOrder, doc.c);
+        SetVal(v, "rotY", typeSpec.family == Family::Pie3D ? "0" : "20", kView3DOrder, doc.c);
+        SetVal(v, "rAngAx", typeSpec.family == Family::Pie3D ? "0" : "1", kView3DOrder, doc.c);
     }
     for (const char* wall : {"floor", "sideWall", "backWall"})
         if (!Kid(chart, wall)) SetVal(InsertAt(chart, wall, kChartOrder, doc.c), "thickness", "0", {"thickness", "spPr", "pictureOptions", "extLst"}, doc.c);
 }
 
-pugi::xml_node BuildGroup(ChartDoc& doc, const TypeSpec& spec, pugi::xml_node after, const std::vector<long>& axes) {
+pugi::xml_node BuildGroup(ChartDoc& doc, const TypeSpec& typeSpec, pugi::xml_node after, const std::vector<long>& axes) {
     auto pa = doc.PlotArea(true);
-    std::string name = doc.C(spec.group);
-    auto g = after ? pa.insert_child_after(name.c_str(), after) : InsertAt(pa, spec.group, kPlotAreaOrder, doc.c);
-    FillGroup(g, spec, doc);
-    if (!NoAxes(spec.family)) {
+    std::string name = doc.C(typeSpec.group);
+    auto g = after ? pa.insert_child_after(name.c_str(), after) : InsertAt(pa, typeSpec.group, kPlotAreaOrder, doc.c);
+    FillGroup(g, typeSpec, doc);
+    if (!NoAxes(typeSpec.family)) {
         for (long id : axes) {
             auto a = InsertAt(g, "axId", kGroupOrder, doc.c);
             a.append_attribute("val") = std::to_string(id).c_str();
         }
-        if (spec.family == Family::Bar3D || spec.family == Family::Area3D) {
+        if (typeSpec.family == Family::Bar3D || typeSpec.family == Family::Area3D) {
             auto a = InsertAt(g, "axId", kGroupOrder, doc.c);
             a.append_attribute("val") = "0";
         }
@@ -878,8 +878,8 @@ pugi::xml_node BuildGroup(ChartDoc& doc, const TypeSpec& spec, pugi::xml_node af
 }  // namespace
 
 void SetPlotChartType(ChartDoc& doc, long type) {
-    TypeSpec spec = SpecOf(type);
-    if (spec.family == Family::None) {
+    TypeSpec typeSpec = SpecOf(type);
+    if (typeSpec.family == Family::None) {
         if (type == host::xl3DColumn || type == host::xl3DLine || type == host::xlBubble3DEffect ||
             (type >= host::xlSurface && type <= host::xlSurfaceTopViewWireframe) || type == host::xlPieOfPie ||
             type == host::xlBarOfPie || (type >= host::xlStockHLC && type <= host::xlStockVOHLC) || type > 91)
@@ -899,32 +899,32 @@ void SetPlotChartType(ChartDoc& doc, long type) {
     });
     pugi::xml_node dLbls;
     if (!groups.empty()) dLbls = Kid(groups[0], "dLbls");
-    auto axes = PrepareAxes(doc, spec, oldAxes);
-    auto g = BuildGroup(doc, spec, groups.empty() ? pugi::xml_node() : groups[0], axes);
+    auto axes = PrepareAxes(doc, typeSpec, oldAxes);
+    auto g = BuildGroup(doc, typeSpec, groups.empty() ? pugi::xml_node() : groups[0], axes);
     for (auto s : series) {
         MoveInto(g, s, kGroupOrder, doc.c);
-        ConformSeries(s, spec, doc);
-        PaintSeries(s, spec, doc, g);
+        ConformSeries(s, typeSpec, doc);
+        PaintSeries(s, typeSpec, doc, g);
     }
     if (dLbls) MoveInto(g, dLbls, kGroupOrder, doc.c);
     for (auto old : groups) pa.remove_child(old);
     FixLabelPositions(g);
-    Set3DView(doc, spec);
+    Set3DView(doc, typeSpec);
 }
 
 void ConformSeriesTo(ChartDoc& doc, pugi::xml_node ser, long type) {
-    TypeSpec spec = SpecOf(type);
-    if (spec.family == Family::None) return;
-    ConformSeries(ser, spec, doc);
-    PaintSeries(ser, spec, doc, ser.parent());
+    TypeSpec typeSpec = SpecOf(type);
+    if (typeSpec.family == Family::None) return;
+    ConformSeries(ser, typeSpec, doc);
+    PaintSeries(ser, typeSpec, doc, ser.parent());
 }
 
 void SetSeriesChartType(ChartDoc& doc, pugi::xml_node ser, long type) {
     auto groups = Groups(doc);
     if (groups.size() == 1 && ChildrenL(groups[0], "ser").size() == 1) return SetPlotChartType(doc, type);
-    TypeSpec spec = SpecOf(type);
-    if (spec.family == Family::None || NoAxes(spec.family) || XY(spec.family) || spec.family == Family::Bar3D ||
-        spec.family == Family::Area3D)
+    TypeSpec typeSpec = SpecOf(type);
+    if (typeSpec.family == Family::None || NoAxes(typeSpec.family) || XY(typeSpec.family) || typeSpec.family == Family::Bar3D ||
+        typeSpec.family == Family::Area3D)
         NotAvailable("Series.ChartType");
     auto from = ser.parent();
     if (GroupChartType(from, doc) == type) return;
@@ -934,11 +934,11 @@ void SetSeriesChartType(ChartDoc& doc, pugi::xml_node ser, long type) {
     pugi::xml_node target;
     for (auto g : groups)
         if (g != from && GroupChartType(g, doc) == type && AxisIds(g) == axes) target = g;
-    if (!target) target = BuildGroup(doc, spec, groups.back(), axes);
+    if (!target) target = BuildGroup(doc, typeSpec, groups.back(), axes);
     doc.Touch();
     MoveInto(target, ser, kGroupOrder, doc.c);
-    ConformSeries(ser, spec, doc);
-    PaintSeries(ser, spec, doc, target);
+    ConformSeries(ser, typeSpec, doc);
+    PaintSeries(ser, typeSpec, doc, target);
     FixLabelPositions(target);
     if (ChildrenL(from, "ser").empty()) from.parent().remove_child(from);
 }
