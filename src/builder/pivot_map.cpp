@@ -12,10 +12,6 @@ namespace ps {
 
 namespace {
 
-const char* const sSeriesLimit =
-    "This chart type is limited to 254 series.\r\nSome data will be dropped from chart '/TKN/'.";
-constexpr long lMaxSeries = 254;
-
 MapInstructionRef NewInstruction() { return std::make_shared<CPSMapInstruction>(); }
 
 }  // namespace
@@ -187,16 +183,6 @@ bool PSChartBuilder::BuildPivotMap(const dom::Element& oChartElement) {
         c.common->ReportError("PSChartBuilder.BuildPivotMap");
         return false;
     }
-}
-
-bool PSChartBuilder::BuildBubbleMap(const dom::Element&) {
-    // The bubble map isn't built yet: the chart stays without series and its block as it was.
-    return false;
-}
-
-bool PSChartBuilder::BuildStrBuckMap(const dom::Element&) {
-    // The strategic bucket map isn't built yet: the chart stays without series and its block as it was.
-    return false;
 }
 
 }  // namespace ps

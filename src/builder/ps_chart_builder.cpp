@@ -216,19 +216,6 @@ void PSChartBuilder::CrosshatchChartArea() {
 // ---------------------------------------------------------------- steps still to come
 // Each is called where it belongs in a build and does nothing yet.
 
-bool PSChartBuilder::SortDataSheet(const dom::Element&) {
-    // Sorting bubble and bucket blocks isn't built yet; the other types are never sorted.
-    return true;
-}
-
-void PSChartBuilder::AdjustBubbleSizes(const dom::Element&) {
-    // Raising tiny bubbles to a visible size isn't built yet.
-}
-
-void PSChartBuilder::InsertBucketData(const dom::Element&) {
-    // Writing the bucket values into their pseudo-row isn't built yet.
-}
-
 void PSChartBuilder::RetrievePersistedProperties(const dom::Element&) {
     // Reading the persisted legend, label and axis fonts isn't built yet.
 }

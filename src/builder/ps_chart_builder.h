@@ -1,8 +1,9 @@
 #pragma once
 // PSChartBuilder: rebuilds one chart, all charts, or the charts of one table, and holds the
 // variables of the chart being built. A build runs validation (validation.cpp), the map
-// (pivot_map.cpp), the data sheet (data_sheet.cpp) and the drawing, in the order PopulateChart
-// gives; the map variables live from one build until the next replaces them.
+// (pivot_map.cpp, bubble_map.cpp, bucket_map.cpp), the data sheet (data_sheet.cpp), its finishing
+// (data_sheet_finishing.cpp) and the drawing, in the order PopulateChart gives; the map variables
+// live from one build until the next replaces them.
 #include <memory>
 #include <optional>
 #include <string>
@@ -20,6 +21,11 @@ namespace ps {
 // A dictionary variable of the builder; null until a map makes it.
 using DictionaryRef = std::shared_ptr<host::Dictionary<host::Variant>>;
 using MapInstructionRef = std::shared_ptr<CPSMapInstruction>;
+
+// Every map numbers at most this many series, bubbles or bucket items, and says so when it stops.
+inline constexpr long lMaxSeries = 254;
+inline constexpr const char* sSeriesLimit =
+    "This chart type is limited to 254 series.\r\nSome data will be dropped from chart '/TKN/'.";
 
 // The pivoted data of one chart: category index by series index, both from 1; all Empty at first.
 class DataRectangle {

@@ -47,7 +47,7 @@ pugi::xml_node ChartDoc::Root(bool edit) {
 
 void ChartDoc::Touch() {
     book.pkg().Edit(part);
-    // the DrawingML prefix must be declared before text or typeSpec properties are written
+    // the DrawingML prefix must be declared before text or shape properties are written
     auto root = Root(false);
     if (PrefixOf(root, kDrawingNs) == "?") {
         a = "a:";
@@ -149,10 +149,10 @@ const std::vector<std::string_view> kLegendOrder = {"legendPos", "legendEntry", 
                                                     "spPr", "txPr", "extLst"};
 const std::vector<std::string_view> kSerOrder = {
     "idx", "order", "tx", "spPr", "invertIfNegative", "pictureOptions", "marker", "explosion", "dPt", "dLbls",
-    "trendline", "errBars", "cat", "xVal", "val", "yVal", "smooth", "typeSpec", "bubbleSize", "bubble3D", "extLst"};
+    "trendline", "errBars", "cat", "xVal", "val", "yVal", "smooth", "shape", "bubbleSize", "bubble3D", "extLst"};
 const std::vector<std::string_view> kGroupOrder = {
     "barDir", "grouping", "scatterStyle", "radarStyle", "varyColors", "ser", "dLbls", "dropLines", "hiLowLines",
-    "upDownBars", "marker", "smooth", "gapWidth", "gapDepth", "overlap", "serLines", "typeSpec", "firstSliceAng",
+    "upDownBars", "marker", "smooth", "gapWidth", "gapDepth", "overlap", "serLines", "shape", "firstSliceAng",
     "holeSize", "bubble3D", "bubbleScale", "showNegBubbles", "sizeRepresents", "axId", "extLst"};
 const std::vector<std::string_view> kAxOrder = {
     "axId", "scaling", "delete", "axPos", "majorGridlines", "minorGridlines", "title", "numFmt",
@@ -566,7 +566,7 @@ bool NoAxes(Family f) { return f == Family::Pie || f == Family::Pie3D || f == Fa
 // The series children each family allows, in schema order.
 const std::vector<std::string_view>& SerAllowed(Family f) {
     static const std::vector<std::string_view> bar = {"idx", "order", "tx", "spPr", "invertIfNegative",
-        "pictureOptions", "dPt", "dLbls", "trendline", "errBars", "cat", "val", "typeSpec", "extLst"};
+        "pictureOptions", "dPt", "dLbls", "trendline", "errBars", "cat", "val", "shape", "extLst"};
     static const std::vector<std::string_view> line = {"idx", "order", "tx", "spPr", "marker", "dPt", "dLbls",
         "trendline", "errBars", "cat", "val", "smooth", "extLst"};
     static const std::vector<std::string_view> area = {"idx", "order", "tx", "spPr", "pictureOptions", "dPt",
@@ -729,7 +729,7 @@ void FillGroup(pugi::xml_node g, const TypeSpec& typeSpec, ChartDoc& doc) {
         break;
     case Family::Bar3D:
         SetVal(g, "gapWidth", "150", kGroupOrder, c);
-        SetVal(g, "typeSpec", "box", kGroupOrder, c);
+        SetVal(g, "shape", "box", kGroupOrder, c);
         break;
     case Family::Line: SetVal(g, "marker", "1", kGroupOrder, c); break;
     case Family::Pie: case Family::Doughnut:
