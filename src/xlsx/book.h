@@ -11,6 +11,7 @@
 
 #include "host/workbook.h"
 #include "xlsx/engine.h"
+#include "xlsx/numfmt.h"
 #include "xlsx/package.h"
 #include "xlsx/references.h"
 
@@ -56,6 +57,8 @@ class Styles {
 public:
     Styles(Package& pkg, std::string part);
     std::string FormatCode(long xf);            // the number format of a cell style
+    // The parsed number format of a cell style; nullptr for a code that doesn't parse.
+    const NumberFormat* Format(long xf);
     long WithFormat(long xf, const std::string& code);  // a cell style like xf with another format
     long Palette(long index);                   // Colors(1..56)
     void SetPalette(long index, long rgb);
@@ -71,6 +74,10 @@ private:
     bool loaded_ = false;
     std::map<long, std::string> custom_;  // numFmtId -> code
     std::vector<long> xfFormat_;          // cellXfs index -> numFmtId
+    // Every cell read asks its style's format whether it shows dates, and every text read formats
+    // with it: parsing the code each time dominated reading a table. An id's code never changes
+    // once known (new codes get new ids), so the parse is kept per numFmtId.
+    std::unordered_map<long, std::unique_ptr<NumberFormat>> parsed_;
 };
 
 // ---------------------------------------------------------------- cells
@@ -118,6 +125,7 @@ public:
     std::string CellFormula(long row, long col);  // without '=', "" if none
     std::string CellText(long row, long col);
     std::string CellFormat(long row, long col);
+    long CellStyle(long row, long col);  // the cellXfs index a cell shows with
     void SetCellValue(long row, long col, const host::Variant& v);
     void SetCellFormula(long row, long col, const std::string& formula);
     void SetCellFormat(long row, long col, const std::string& code);
@@ -149,6 +157,9 @@ private:
     pugi::xml_node Root(bool edit);
     void BuildIndex();
     pugi::xml_node FindCell(long row, long col);
+    // Readers walk a table row by row: the row last found, or the one after it, is tried before
+    // the map. Only ShiftRows erases rows, and it forgets the cached one.
+    std::map<long, RowEntry>::iterator FindRow(long row);
     pugi::xml_node MakeCell(long row, long col);
     pugi::xml_node SheetData();
     void LoadCols();
@@ -158,6 +169,7 @@ private:
     bool chartsheet_;
     bool indexed_ = false;
     std::map<long, RowEntry> rows_;
+    std::map<long, RowEntry>::iterator lastRow_ = rows_.end();
     bool colsLoaded_ = false;
     struct ColSpec { long min, max; double width; bool custom; };
     std::vector<ColSpec> cols_;

@@ -58,6 +58,21 @@ std::string Styles::FormatCode(long xf) {
     return builtin.empty() ? "General" : std::string(builtin);
 }
 
+const NumberFormat* Styles::Format(long xf) {
+    LoadFormats();
+    long id = xf >= 0 && xf < static_cast<long>(xfFormat_.size()) ? xfFormat_[static_cast<size_t>(xf)] : 0;
+    auto it = parsed_.find(id);
+    if (it == parsed_.end()) {
+        std::unique_ptr<NumberFormat> format;
+        try {
+            format = std::make_unique<NumberFormat>(FormatCode(xf));
+        } catch (const NumberFormatError&) {
+        }
+        it = parsed_.emplace(id, std::move(format)).first;
+    }
+    return it->second.get();
+}
+
 long Styles::WithFormat(long xf, const std::string& code) {
     LoadFormats();
     // The format's id: a built-in one with the same code, else a custom one, added when new. Only the

@@ -191,9 +191,20 @@ void SheetImpl::BuildIndex() {
     }
 }
 
-pugi::xml_node SheetImpl::FindCell(long row, long col) {
+std::map<long, RowEntry>::iterator SheetImpl::FindRow(long row) {
     BuildIndex();
+    if (lastRow_ != rows_.end()) {
+        if (lastRow_->first == row) return lastRow_;
+        auto next = std::next(lastRow_);
+        if (next != rows_.end() && next->first == row) return lastRow_ = next;
+    }
     auto it = rows_.find(row);
+    if (it != rows_.end()) lastRow_ = it;
+    return it;
+}
+
+pugi::xml_node SheetImpl::FindCell(long row, long col) {
+    auto it = FindRow(row);
     if (it == rows_.end()) return {};
     auto& cells = it->second.cells;
     auto c = std::lower_bound(cells.begin(), cells.end(), col, [](auto& p, long v) { return p.first < v; });
@@ -227,34 +238,56 @@ pugi::xml_node SheetImpl::MakeCell(long row, long col) {
 
 // ---------------------------------------------------------------- cell values
 
-host::Variant SheetImpl::CellValue(long row, long col) {
-    auto c = FindCell(row, col);
-    if (!c) return {};
-    std::string t = c.attribute("t").value();
-    auto v = c.child("v");
-    if (t == "inlineStr") {
+namespace {
+
+// The value of a cell node, and its style. One pass over the attributes: every cell read of a
+// table comes here, and looking each attribute up by name cost more than the read itself.
+host::Variant ValueOfCell(Book& book, pugi::xml_node c, long& xf) {
+    pugi::xml_attribute type, style;
+    for (auto a = c.first_attribute(); a; a = a.next_attribute()) {
+        const char* name = a.name();
+        if (name[0] == 't' && name[1] == 0 && !type) type = a;
+        else if (name[0] == 's' && name[1] == 0 && !style) style = a;
+    }
+    const char* t = type.value();
+    xf = style.as_int();
+    if (std::strcmp(t, "inlineStr") == 0) {
         auto is = c.child("is");
         if (auto tt = is.child("t")) return DecodeCellText(tt.text().get());
         std::string out;
         for (auto r : is.children("r")) out += r.child("t").text().get();
         return DecodeCellText(out);
     }
+    auto v = c.child("v");
     if (!v) return {};
     const char* text = v.text().get();
-    if (t == "s") return book_.strings().Text(static_cast<size_t>(std::strtoul(text, nullptr, 10)));
-    if (t == "str") return DecodeCellText(text);
-    if (t == "b") return std::strcmp(text, "1") == 0 || std::strcmp(text, "true") == 0;
-    if (t == "e") return host::Variant::CellError(ErrorCodeOf(text));
-    double d = std::strtod(text, nullptr);
+    if (t[0] != 0) {
+        if (std::strcmp(t, "s") == 0) return book.strings().Text(static_cast<size_t>(std::strtoul(text, nullptr, 10)));
+        if (std::strcmp(t, "str") == 0) return DecodeCellText(text);
+        if (std::strcmp(t, "b") == 0) return std::strcmp(text, "1") == 0 || std::strcmp(text, "true") == 0;
+        if (std::strcmp(t, "e") == 0) return host::Variant::CellError(ErrorCodeOf(text));
+    }
+    // from_chars is several times faster than strtod on the plain decimals the file holds;
+    // anything else (spaces, hex, a sign strtod allows) still goes through strtod.
+    double d = 0;
+    const char* end = text + std::strlen(text);
+    auto [stop, ec] = std::from_chars(text, end, d);
+    if (ec != std::errc{} || stop != end) d = std::strtod(text, nullptr);
     // A number shown as a date reads as a Date, as Range.Value gives it.
-    long xf = c.attribute("s").as_int();
     if (xf != 0) {
-        try {
-            if (NumberFormat(book_.styles().FormatCode(xf)).IsDate()) return host::Variant::Date(d);
-        } catch (const NumberFormatError&) {
-        }
+        auto* format = book.styles().Format(xf);
+        if (format && format->IsDate()) return host::Variant::Date(d);
     }
     return d;
+}
+
+}  // namespace
+
+host::Variant SheetImpl::CellValue(long row, long col) {
+    auto c = FindCell(row, col);
+    if (!c) return {};
+    long xf;
+    return ValueOfCell(book_, c, xf);
 }
 
 std::string SheetImpl::CellFormula(long row, long col) {
@@ -275,27 +308,32 @@ std::string SheetImpl::CellFormula(long row, long col) {
     return f.text().get();
 }
 
-std::string SheetImpl::CellFormat(long row, long col) {
+long SheetImpl::CellStyle(long row, long col) {
     auto c = FindCell(row, col);
     long xf = c ? c.attribute("s").as_int() : 0;
     if (!c) {
-        auto it = rows_.find(row);
+        auto it = FindRow(row);
         if (it != rows_.end() && it->second.node.attribute("customFormat").as_bool()) xf = it->second.node.attribute("s").as_int();
     }
-    return book_.styles().FormatCode(xf);
+    return xf;
 }
 
+std::string SheetImpl::CellFormat(long row, long col) { return book_.styles().FormatCode(CellStyle(row, col)); }
+
 std::string SheetImpl::CellText(long row, long col) {
-    host::Variant v = CellValue(row, col);
+    auto c = FindCell(row, col);
+    if (!c) return {};
+    long xf;
+    host::Variant v = ValueOfCell(book_, c, xf);
     if (v.IsEmpty()) return {};
     if (v.IsError()) return ErrorText(v.ErrorCode());
-    std::string code = CellFormat(row, col);
+    auto* fmt = book_.styles().Format(xf);
+    if (!fmt) return host::CStr(v);
     try {
-        NumberFormat fmt(code);
         switch (v.type()) {
-            case host::Variant::Type::String: return fmt.FormatText(v.RawString());
-            case host::Variant::Type::Boolean: return fmt.FormatBool(v.RawBool());
-            default: return fmt.Format(host::CDbl(v));
+            case host::Variant::Type::String: return fmt->FormatText(v.RawString());
+            case host::Variant::Type::Boolean: return fmt->FormatBool(v.RawBool());
+            default: return fmt->Format(host::CDbl(v));
         }
     } catch (const NumberFormatError&) {
         return host::CStr(v);
@@ -416,6 +454,7 @@ void SheetImpl::ShiftRows(long at, long count) {
     for (auto& e : book_.SheetList())
         if (e.sheet->MayReference(me)) e.sheet->ExpandSharedFormulas();
     auto sd = SheetData();
+    lastRow_ = rows_.end();
     if (count > 0) {
         // Cells pushed off the sheet would be lost: the application refuses.
         auto last = rows_.lower_bound(kMaxRows - count + 1);
@@ -448,6 +487,7 @@ void SheetImpl::ShiftRows(long at, long count) {
         moved.emplace(r, std::move(e));
     }
     rows_.merge(moved);
+    lastRow_ = rows_.end();
     book_.ApplyRowShift(RowShift{Name(), at, count});
 }
 
