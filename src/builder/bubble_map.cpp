@@ -33,11 +33,7 @@ MapInstructionRef BubbleInstruction(long lNameColumn, long lSeries, long lValueT
 bool PSChartBuilder::BuildBubbleMap(const dom::Element& oChartElement) {
     try {
         auto& cf = *c.common;
-        mCategoryPositions = std::make_shared<host::Dictionary<host::Variant>>();
-        mCategoryNames = std::make_shared<host::Dictionary<host::Variant>>();
-        mSeriesPositions = std::make_shared<host::Dictionary<host::Variant>>();
-        mSeriesNames = std::make_shared<host::Dictionary<host::Variant>>();
-        mMapInstructions = std::make_shared<host::Collection<MapInstructionRef>>();
+        NewMap();
 
         long lSeries = 0;
         for (const char* sColumn : aBubbleColumns) {

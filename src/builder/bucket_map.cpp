@@ -35,11 +35,7 @@ MapInstructionRef ItemInstruction(long lItemColumn, long lColType, long lColPosi
 bool PSChartBuilder::BuildStrBuckMap(const dom::Element& oChartElement) {
     try {
         auto& cf = *c.common;
-        mCategoryPositions = std::make_shared<host::Dictionary<host::Variant>>();
-        mCategoryNames = std::make_shared<host::Dictionary<host::Variant>>();
-        mSeriesPositions = std::make_shared<host::Dictionary<host::Variant>>();
-        mSeriesNames = std::make_shared<host::Dictionary<host::Variant>>();
-        mMapInstructions = std::make_shared<host::Collection<MapInstructionRef>>();
+        NewMap();
         long lCategoryCounter = 1, lSeriesCounter = 2;
         mCategoryPositions->Add(sBucketRow, 1L);
         mCategoryNames->Add(sBucketRow, sBucketRow);

@@ -16,6 +16,14 @@ MapInstructionRef NewInstruction() { return std::make_shared<CPSMapInstruction>(
 
 }  // namespace
 
+void PSChartBuilder::NewMap() {
+    mCategoryPositions = std::make_shared<host::Dictionary<host::Variant>>();
+    mCategoryNames = std::make_shared<host::Dictionary<host::Variant>>();
+    mSeriesPositions = std::make_shared<host::Dictionary<host::Variant>>();
+    mSeriesNames = std::make_shared<host::Dictionary<host::Variant>>();
+    mMapInstructions = std::make_shared<host::Collection<MapInstructionRef>>();
+}
+
 bool PSChartBuilder::BuildPivotMap(const dom::Element& oChartElement) {
     try {
         auto& cf = *c.common;
@@ -23,11 +31,7 @@ bool PSChartBuilder::BuildPivotMap(const dom::Element& oChartElement) {
         if (sType == "bubble") return BuildBubbleMap(oChartElement);
         if (sType == "strategic bucket") return BuildStrBuckMap(oChartElement);
 
-        mCategoryPositions = std::make_shared<host::Dictionary<host::Variant>>();
-        mCategoryNames = std::make_shared<host::Dictionary<host::Variant>>();
-        mSeriesPositions = std::make_shared<host::Dictionary<host::Variant>>();
-        mSeriesNames = std::make_shared<host::Dictionary<host::Variant>>();
-        mMapInstructions = std::make_shared<host::Collection<MapInstructionRef>>();
+        NewMap();
 
         std::string sChartName = cf.GetAttributeText(oChartElement, "name");
         long lTopRow = host::CLng(cf.GetAttributeText(oChartElement, "table-top-row"));

@@ -64,6 +64,8 @@ public:
 
     // ---- the map: fills the map variables below from a validated definition
     bool BuildPivotMap(const dom::Element& oChartElement);
+    // Empty map variables for a new map (every map builder starts here).
+    void NewMap();
 
     // ---- the data sheet
     bool PopulateDataSheetOffi2007(const dom::Element& oChartElement);

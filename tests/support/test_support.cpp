@@ -7,9 +7,29 @@
 #include <mutex>
 
 #include <sys/wait.h>
+
+#include "host/error.h"
 #include <unistd.h>
 
 namespace testsupport {
+
+long ErrorNumberOf(const std::function<void()>& call) {
+    try {
+        call();
+    } catch (const host::Error& e) {
+        return e.Number();
+    }
+    return 0;
+}
+
+std::string ErrorTextOf(const std::function<void()>& call) {
+    try {
+        call();
+    } catch (const host::Error& e) {
+        return e.Description();
+    }
+    return {};
+}
 
 fs::path SharedDir() {
     if (const char* env = std::getenv("PLOTSMITH_SHARED_DIR"); env && *env && fs::exists(env)) return env;

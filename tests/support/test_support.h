@@ -1,12 +1,17 @@
 #pragma once
 // What tests share: where the corpus and tools are, scratch files, and running external checkers.
 #include <filesystem>
+#include <functional>
 #include <string>
 #include <vector>
 
 namespace testsupport {
 
 namespace fs = std::filesystem;
+
+// The number and description of the host error a call raises; 0 and "" when it raises none.
+long ErrorNumberOf(const std::function<void()>& call);
+std::string ErrorTextOf(const std::function<void()>& call);
 
 // ../shared beside the source tree (corpus, schemas); empty path when it isn't there.
 fs::path SharedDir();

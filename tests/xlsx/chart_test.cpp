@@ -19,6 +19,9 @@ namespace ts = testsupport;
 
 namespace {
 
+using testsupport::ErrorNumberOf;
+using testsupport::ErrorTextOf;
+
 constexpr const char* kChartCt = "application/vnd.openxmlformats-officedocument.drawingml.chart+xml";
 
 struct Opened {
@@ -46,24 +49,6 @@ std::vector<std::string> ChartParts(xlsx::Book& book) {
 }
 
 Ref<Chart> ChartOf(Opened& o, const std::string& part) { return xlsx::MakeChart(*o.book, part, {}); }
-
-long ErrorNumberOf(const std::function<void()>& f) {
-    try {
-        f();
-    } catch (const host::Error& e) {
-        return e.Number();
-    }
-    return 0;
-}
-
-std::string ErrorTextOf(const std::function<void()>& f) {
-    try {
-        f();
-    } catch (const host::Error& e) {
-        return e.Description();
-    }
-    return {};
-}
 
 // ---------------------------------------------------------------- charts of application files
 

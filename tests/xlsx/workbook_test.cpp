@@ -15,23 +15,8 @@ namespace ts = testsupport;
 
 namespace {
 
-long ErrorNumberOf(const std::function<void()>& f) {
-    try {
-        f();
-    } catch (const host::Error& e) {
-        return e.Number();
-    }
-    return 0;
-}
-
-std::string ErrorTextOf(const std::function<void()>& f) {
-    try {
-        f();
-    } catch (const host::Error& e) {
-        return e.Description();
-    }
-    return {};
-}
+using testsupport::ErrorNumberOf;
+using testsupport::ErrorTextOf;
 
 TEST(Workbook, SheetsFollowTheApplicationsRules) {
     auto app = xlsx::NewApplication();
