@@ -15,17 +15,10 @@ namespace {
 // Both key and name; never upper-cased, so no bubble name can meet them.
 const char* const aBubbleColumns[] = {"[-BubbleColor-]", "[-XAxisValue-]", "[-YAxisValue-]", "[-BubbleSize-]"};
 
+// Each bubble row is named by the category column and fills one of the four fixed pseudo-columns.
 MapInstructionRef BubbleInstruction(long lNameColumn, long lSeries, long lValueType, const host::Variant& vValue,
                                     long lCellType) {
-    auto oInstruction = std::make_shared<CPSMapInstruction>();
-    oInstruction->SetRowReferenceType(mrByCell);
-    oInstruction->SetRowReferencePosition(lNameColumn);
-    oInstruction->SetColReferenceType(mrFixed);
-    oInstruction->SetColReferencePosition(lSeries);
-    oInstruction->SetValueReferenceType(lValueType);
-    oInstruction->SetValuePositionOrConstant(vValue);
-    oInstruction->SetCellValueType(lCellType);
-    return oInstruction;
+    return MakeInstruction(mrByCell, lNameColumn, mrFixed, lSeries, lValueType, vValue, lCellType);
 }
 
 }  // namespace

@@ -17,17 +17,10 @@ const char* const sBucketRow = "[-StrategicBuckets-]";
 const char* const sBlockColor = "[-BlockColor-]";
 const char* const sBlockSort = "[-BlockSort-]";
 
+// Each item row is named by the item column.
 MapInstructionRef ItemInstruction(long lItemColumn, long lColType, long lColPosition, long lValueType,
                                   const host::Variant& vValue, long lCellType) {
-    auto oInstruction = std::make_shared<CPSMapInstruction>();
-    oInstruction->SetRowReferenceType(mrByCell);
-    oInstruction->SetRowReferencePosition(lItemColumn);
-    oInstruction->SetColReferenceType(lColType);
-    oInstruction->SetColReferencePosition(lColPosition);
-    oInstruction->SetValueReferenceType(lValueType);
-    oInstruction->SetValuePositionOrConstant(vValue);
-    oInstruction->SetCellValueType(lCellType);
-    return oInstruction;
+    return MakeInstruction(mrByCell, lItemColumn, lColType, lColPosition, lValueType, vValue, lCellType);
 }
 
 }  // namespace

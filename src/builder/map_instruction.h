@@ -2,6 +2,8 @@
 // CPSMapInstruction: one rule of the map from a source table to a chart's rectangle. Plain data:
 // where the target category and series are found, where the value comes from, and whether it
 // replaces or adds to what the target holds. A new rule has every field 0 and no value.
+#include <memory>
+
 #include "host/variant.h"
 
 namespace ps {
@@ -44,5 +46,20 @@ private:
     host::Variant vValuePositionOrConstant;
     long lCellValueType = 0;
 };
+
+// A whole rule at once, for the maps that know every field when they make it.
+inline std::shared_ptr<CPSMapInstruction> MakeInstruction(long lRowType, long lRowPosition, long lColType,
+                                                          long lColPosition, long lValueType,
+                                                          const host::Variant& vValue, long lCellType) {
+    auto oInstruction = std::make_shared<CPSMapInstruction>();
+    oInstruction->SetRowReferenceType(lRowType);
+    oInstruction->SetRowReferencePosition(lRowPosition);
+    oInstruction->SetColReferenceType(lColType);
+    oInstruction->SetColReferencePosition(lColPosition);
+    oInstruction->SetValueReferenceType(lValueType);
+    oInstruction->SetValuePositionOrConstant(vValue);
+    oInstruction->SetCellValueType(lCellType);
+    return oInstruction;
+}
 
 }  // namespace ps

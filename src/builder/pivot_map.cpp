@@ -139,15 +139,8 @@ bool PSChartBuilder::BuildPivotMap(const dom::Element& oChartElement) {
                 oInstruction->SetCellValueType(mcNumber);
             }
         } else if (sCategoriesIn == "rows" && sSeriesIn == "none") {
-            auto oInstruction = NewInstruction();
-            oInstruction->SetRowReferenceType(mrByCell);
-            oInstruction->SetRowReferencePosition(lCategoryColumn);
-            oInstruction->SetColReferenceType(mrFixed);
-            oInstruction->SetColReferencePosition(1);
-            oInstruction->SetValueReferenceType(mvFromCell);
-            oInstruction->SetValuePositionOrConstant(lValueColumn);
-            oInstruction->SetCellValueType(mcNumber);
-            mMapInstructions->Add(oInstruction);
+            mMapInstructions->Add(
+                MakeInstruction(mrByCell, lCategoryColumn, mrFixed, 1, mvFromCell, lValueColumn, mcNumber));
         } else if (sCategoriesIn == "columns") {
             // With series in columns too, the series column stays 0 and no value can be placed.
             for (auto& oInstruction : *mMapInstructions) {
@@ -162,15 +155,8 @@ bool PSChartBuilder::BuildPivotMap(const dom::Element& oChartElement) {
                 oInstruction->SetCellValueType(mcNumber);
             }
         } else if (sCategoriesIn == "rows" && sSeriesIn == "rows") {
-            auto oInstruction = NewInstruction();
-            oInstruction->SetRowReferenceType(mrByCell);
-            oInstruction->SetRowReferencePosition(lCategoryColumn);
-            oInstruction->SetColReferenceType(mrByCell);
-            oInstruction->SetColReferencePosition(lSeriesColumn);
-            oInstruction->SetValueReferenceType(mvFromCell);
-            oInstruction->SetValuePositionOrConstant(lValueColumn);
-            oInstruction->SetCellValueType(mcNumber);
-            mMapInstructions->Add(oInstruction);
+            mMapInstructions->Add(
+                MakeInstruction(mrByCell, lCategoryColumn, mrByCell, lSeriesColumn, mvFromCell, lValueColumn, mcNumber));
         }
 
         mCategoryCount = mCategoryPositions->Count();

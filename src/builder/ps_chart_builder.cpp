@@ -20,20 +20,28 @@ void CallMacro(Component& c, const char* sMacro, const std::vector<host::Variant
 
 bool PSChartBuilder::OlderHost() { return host::Val(Obj(c.oApplication).Version()) <= 11.0; }
 
+// A refresh run works under the hourglass with manual calculation and the screen off; what it
+// found is put back at its end, also after an error in the run's own steps.
+void PSChartBuilder::EnterRefreshState(bool& bScreenUpdating) {
+    c.frontEnd.SetMousePointer(forms::vbHourglass);
+    auto& app = Obj(c.oApplication);
+    mSavedCalculation = app.Calculation();
+    app.SetCalculation(host::xlCalculationManual);
+    bScreenUpdating = app.ScreenUpdating();
+    app.SetScreenUpdating(false);
+}
+
+void PSChartBuilder::LeaveRefreshState(bool bScreenUpdating) {
+    Obj(c.oApplication).SetCalculation(mSavedCalculation);
+    Obj(c.oApplication).SetScreenUpdating(bScreenUpdating);
+    c.frontEnd.SetMousePointer(forms::vbDefault);
+}
+
 void PSChartBuilder::PopulateAllCharts() {
     bool bScreenUpdating = false;
-    auto restore = [&] {
-        Obj(c.oApplication).SetCalculation(mSavedCalculation);
-        Obj(c.oApplication).SetScreenUpdating(bScreenUpdating);
-        c.frontEnd.SetMousePointer(forms::vbDefault);
-    };
+    auto restore = [&] { LeaveRefreshState(bScreenUpdating); };
     try {
-        c.frontEnd.SetMousePointer(forms::vbHourglass);
-        auto& app = Obj(c.oApplication);
-        mSavedCalculation = app.Calculation();
-        app.SetCalculation(host::xlCalculationManual);
-        bScreenUpdating = app.ScreenUpdating();
-        app.SetScreenUpdating(false);
+        EnterRefreshState(bScreenUpdating);
         if (!c.colTables) c.functions->RetrieveTableDefinitions();
         if (!c.colCharts) c.functions->RetrieveChartDefinitions();
         auto colCharts = c.colCharts;  // the walk keeps the collection, as For Each does
@@ -86,18 +94,11 @@ void PSChartBuilder::PopulateModifiedCharts(const std::string& sTableRangeName) 
     CallMacro(c, sMacroRefreshStarted);
     bool bScreenUpdating = false;
     auto restore = [&] {
-        Obj(c.oApplication).SetCalculation(mSavedCalculation);
-        Obj(c.oApplication).SetScreenUpdating(bScreenUpdating);
-        c.frontEnd.SetMousePointer(forms::vbDefault);
+        LeaveRefreshState(bScreenUpdating);
         CallMacro(c, sMacroRefreshComplete);
     };
     try {
-        c.frontEnd.SetMousePointer(forms::vbHourglass);
-        auto& app = Obj(c.oApplication);
-        mSavedCalculation = app.Calculation();
-        app.SetCalculation(host::xlCalculationManual);
-        bScreenUpdating = app.ScreenUpdating();
-        app.SetScreenUpdating(false);
+        EnterRefreshState(bScreenUpdating);
         c.functions->RetrieveTableDefinitions();
         if (!c.colCharts) c.functions->RetrieveChartDefinitions();
         auto colCharts = c.colCharts;  // the walk keeps the collection, as For Each does

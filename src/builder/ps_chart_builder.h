@@ -99,6 +99,8 @@ private:
     static long Position(const host::Variant& vPosition) { return vPosition.IsEmpty() ? 0 : host::CLng(vPosition); }
     bool OlderHost();  // version 11 or below: no busy window
     void RunRefresh(long lBusyMethod, const std::string& sChartID);
+    void EnterRefreshState(bool& bScreenUpdating);
+    void LeaveRefreshState(bool bScreenUpdating);
     void DeleteAllSeries();
     void CrosshatchChartArea();
 
