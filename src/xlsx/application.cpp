@@ -8,6 +8,8 @@ namespace xlsx {
 
 void Refuse(const std::string& description) { throw host::Error(host::err::ApplicationDefined, description); }
 
+void NotAvailable(const char* member) { Refuse(std::string(member) + " is not available in this engine yet."); }
+
 namespace {
 // The window shows the active sheet; the engine keeps its two switches per application.
 class WindowImpl : public host::Window {

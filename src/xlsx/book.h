@@ -27,6 +27,8 @@ inline constexpr long kMaxCols = 16384;
 inline constexpr long kMaxCellText = 32767;
 
 [[noreturn]] void Refuse(const std::string& description);  // host::Error 1004
+// host::Error 1004 "<member> is not available in this engine yet.", for members still to build.
+[[noreturn]] void NotAvailable(const char* member);
 
 // ---------------------------------------------------------------- shared strings
 

@@ -6,11 +6,9 @@
 #include <vector>
 
 #include "host/chart.h"
+#include "xlsx/book.h"
 
 namespace xlsx {
-
-// host::Error 1004 "<member> is not available in this engine yet."
-[[noreturn]] void NotAvailable(const char* member);
 
 using host::Ref;
 using host::Variant;

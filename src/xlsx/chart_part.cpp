@@ -11,10 +11,6 @@
 
 namespace xlsx {
 
-void NotAvailable(const char* member) {
-    throw host::Error(host::err::ApplicationDefined, std::string(member) + " is not available in this engine yet.");
-}
-
 namespace {
 constexpr const char* kChartNs = "http://schemas.openxmlformats.org/drawingml/2006/chart";
 constexpr const char* kDrawingNs = "http://schemas.openxmlformats.org/drawingml/2006/main";

@@ -101,10 +101,6 @@ bool InGroup(pugi::xml_node el) { return LocalName(Container(el).name()) == "grp
 
 }  // namespace
 
-void DrawingNotAvailable(const char* member) {
-    throw host::Error(host::err::ApplicationDefined, std::string(member) + " is not available in this engine yet.");
-}
-
 pugi::xml_node KidMade(pugi::xml_node parent, std::string_view local) {
     if (auto k = Kid(parent, local)) return k;
     std::string_view pn = parent.name();
@@ -311,7 +307,7 @@ void WriteXfrm(pugi::xml_node x, long long ox, long long oy, long long cx, long 
 ShapeNodes Drawing::Group(const std::vector<ShapeNodes>& members) {
     auto root = Root(true);
     for (auto& m : members)
-        if (InGroup(m.el)) DrawingNotAvailable("ShapeRange.Group of shapes already in a group");
+        if (InGroup(m.el)) NotAvailable("ShapeRange.Group of shapes already in a group");
     // Members keep their Z order; the group takes the place of the frontmost.
     std::vector<ShapeNodes> order;
     for (auto& t : TopShapes())
@@ -364,7 +360,7 @@ ShapeNodes Drawing::Group(const std::vector<ShapeNodes>& members) {
 
 std::vector<ShapeNodes> Drawing::Ungroup(const ShapeNodes& group) {
     auto root = Root(true);
-    if (InGroup(group.el)) DrawingNotAvailable("Shape.Ungroup of a group inside a group");
+    if (InGroup(group.el)) NotAvailable("Shape.Ungroup of a group inside a group");
     std::vector<std::pair<ShapeNodes, PointRect>> members;
     for (auto& m : Members(group)) members.push_back({m, Rect(m)});
     std::vector<ShapeNodes> out;
@@ -403,7 +399,7 @@ void Drawing::Bury(pugi::xml_node n) {
 }
 
 void Drawing::Remove(const ShapeNodes& s) {
-    if (IsLegacyObject(s)) DrawingNotAvailable("Shape.Delete of OLE objects and controls");
+    if (IsLegacyObject(s)) NotAvailable("Shape.Delete of OLE objects and controls");
     auto& pkg = book().pkg();
     auto root = Root(true);
     pugi::xml_node gone = InGroup(s.el) ? Wrapper(s.el) : s.top;
@@ -591,7 +587,7 @@ void Drawing::SetRect(const ShapeNodes& s, const PointRect& r) {
     }
     auto group = Container(s.el);
     PointRect g = Rect({s.top, s.anchor, group});
-    if (g.w <= 0 || g.h <= 0 || !x) DrawingNotAvailable("Moving a member of an empty group");
+    if (g.w <= 0 || g.h <= 0 || !x) NotAvailable("Moving a member of an empty group");
     auto gx = Xfrm(group);
     auto chOff = Kid(gx, "chOff"), chExt = Kid(gx, "chExt");
     double ux = Emu(chExt, "cx") / g.w, uy = Emu(chExt, "cy") / g.h;
@@ -603,7 +599,7 @@ void Drawing::SetRect(const ShapeNodes& s, const PointRect& r) {
 }
 
 long Drawing::ZPosition(const ShapeNodes& s) {
-    if (InGroup(s.el)) DrawingNotAvailable("Shape.ZOrderPosition of a group member");
+    if (InGroup(s.el)) NotAvailable("Shape.ZOrderPosition of a group member");
     auto all = TopShapes();
     for (size_t i = 0; i < all.size(); ++i)
         if (all[i].top == s.top) return static_cast<long>(i) + 1;
@@ -611,7 +607,7 @@ long Drawing::ZPosition(const ShapeNodes& s) {
 }
 
 void Drawing::ZOrder(const ShapeNodes& s, long cmd) {
-    if (InGroup(s.el)) DrawingNotAvailable("Shape.ZOrder of a group member");
+    if (InGroup(s.el)) NotAvailable("Shape.ZOrder of a group member");
     auto root = Root(true);
     auto all = TopShapes();
     auto it = std::find_if(all.begin(), all.end(), [&](const ShapeNodes& x) { return x.top == s.top; });
@@ -630,7 +626,7 @@ void Drawing::ZOrder(const ShapeNodes& s, long cmd) {
             if (it != all.begin()) root.insert_move_before(s.top, (it - 1)->top);
             break;
         default:
-            DrawingNotAvailable("Shape.ZOrder with this command");
+            NotAvailable("Shape.ZOrder with this command");
     }
 }
 

@@ -19,9 +19,6 @@ class Book;
 class SheetImpl;
 class ChartObjectImpl;
 
-// host::Error 1004 "<member> is not available in this engine yet."
-[[noreturn]] void DrawingNotAvailable(const char* member);
-
 inline constexpr double kEmuPerPoint = 12700;
 
 // That child, made (appended) when missing, with the parent's prefix.

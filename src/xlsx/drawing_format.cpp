@@ -105,8 +105,8 @@ public:
         if (rgb < 0 || rgb > 0xFFFFFF) Refuse("The specified value is out of range.");
         slot_.write("srgbClr", Hex(rgb));
     }
-    long SchemeColor() override { DrawingNotAvailable("ColorFormat.SchemeColor of a shape"); }
-    void SetSchemeColor(long) override { DrawingNotAvailable("ColorFormat.SchemeColor of a shape"); }
+    long SchemeColor() override { NotAvailable("ColorFormat.SchemeColor of a shape"); }
+    void SetSchemeColor(long) override { NotAvailable("ColorFormat.SchemeColor of a shape"); }
     long ObjectThemeColor() override {
         auto el = slot_.element();
         if (LocalName(el.name()) != "schemeClr") return host::msoNotThemeColor;
@@ -123,12 +123,12 @@ public:
         Plain("ColorFormat.TintAndShade");
         return 0;
     }
-    void SetTintAndShade(double) override { DrawingNotAvailable("ColorFormat.TintAndShade"); }
+    void SetTintAndShade(double) override { NotAvailable("ColorFormat.TintAndShade"); }
     double Brightness() override {
         Plain("ColorFormat.Brightness");
         return 0;
     }
-    void SetBrightness(double) override { DrawingNotAvailable("ColorFormat.Brightness"); }
+    void SetBrightness(double) override { NotAvailable("ColorFormat.Brightness"); }
     long Type() override {
         return LocalName(slot_.element().name()) == "schemeClr" ? host::msoColorTypeScheme : host::msoColorTypeRGB;
     }
@@ -136,7 +136,7 @@ public:
 private:
     // A colour without modifiers has no tint or shade; one with them isn't read yet.
     void Plain(const char* member) {
-        if (slot_.element().first_child()) DrawingNotAvailable(member);
+        if (slot_.element().first_child()) NotAvailable(member);
     }
     Book& book_;
     ColorSlot slot_;
@@ -284,16 +284,16 @@ public:
         if (l == "noFill") return host::msoFillBackground;
         return host::msoFillSolid;
     }
-    long Pattern() override { DrawingNotAvailable("FillFormat.Pattern of a shape"); }
-    long GradientStyle() override { DrawingNotAvailable("FillFormat.GradientStyle of a shape"); }
+    long Pattern() override { NotAvailable("FillFormat.Pattern of a shape"); }
+    long GradientStyle() override { NotAvailable("FillFormat.GradientStyle of a shape"); }
     void Solid() override {
         long rgb = ForeColor()->RGB();
         WriteColor(p_.D(), p_.PutFill(p_.SpPr(), "solidFill"), "srgbClr", Hex(rgb));
     }
-    void Patterned(long) override { DrawingNotAvailable("FillFormat.Patterned of a shape"); }
-    void OneColorGradient(long, long, double) override { DrawingNotAvailable("FillFormat.OneColorGradient of a shape"); }
-    void TwoColorGradient(long, long) override { DrawingNotAvailable("FillFormat.TwoColorGradient of a shape"); }
-    void PresetGradient(long, long, long) override { DrawingNotAvailable("FillFormat.PresetGradient of a shape"); }
+    void Patterned(long) override { NotAvailable("FillFormat.Patterned of a shape"); }
+    void OneColorGradient(long, long, double) override { NotAvailable("FillFormat.OneColorGradient of a shape"); }
+    void TwoColorGradient(long, long) override { NotAvailable("FillFormat.TwoColorGradient of a shape"); }
+    void PresetGradient(long, long, long) override { NotAvailable("FillFormat.PresetGradient of a shape"); }
 
 private:
     ShapeProps p_;
@@ -432,9 +432,9 @@ public:
         auto alpha = Kid(ColorIn(FillIn(p_.Ln(false))), "alpha");
         return alpha ? 1 - alpha.attribute("val").as_double() / 100000 : 0;
     }
-    void SetTransparency(double) override { DrawingNotAvailable("LineFormat.Transparency of a shape"); }
-    long Pattern() override { DrawingNotAvailable("LineFormat.Pattern of a shape"); }
-    void SetPattern(long) override { DrawingNotAvailable("LineFormat.Pattern of a shape"); }
+    void SetTransparency(double) override { NotAvailable("LineFormat.Transparency of a shape"); }
+    long Pattern() override { NotAvailable("LineFormat.Pattern of a shape"); }
+    void SetPattern(long) override { NotAvailable("LineFormat.Pattern of a shape"); }
 
 private:
     ShapeProps p_;

@@ -133,7 +133,7 @@ public:
                 g.attribute("prst").set_value(k.prst);
                 return;
             }
-        DrawingNotAvailable("Shape.AutoShapeType of this kind");
+        NotAvailable("Shape.AutoShapeType of this kind");
     }
     long ID() override { return CNvPr(El()).attribute("id").as_int(); }
 
@@ -198,7 +198,7 @@ public:
     }
     void SetPlacement(long v) override {
         auto a = nodes().anchor;
-        if (LocalName(a.name()) != "twoCellAnchor") DrawingNotAvailable("Shape.Placement of a one-cell or absolute anchor");
+        if (LocalName(a.name()) != "twoCellAnchor") NotAvailable("Shape.Placement of a one-cell or absolute anchor");
         Edit();
         const char* e = v == host::xlMove ? "oneCell" : v == host::xlFreeFloating ? "absolute" : v == host::xlMoveAndSize ? "" : nullptr;
         if (!e) Refuse("Unable to set the Placement property of the Shape class");
@@ -237,7 +237,7 @@ public:
     Ref<host::Chart> Chart() override;
     Ref<host::GroupShapes> GroupItems() override;
     Ref<host::ShapeRange> Ungroup() override;
-    void Select(const Variant&) override { DrawingNotAvailable("Shape.Select"); }
+    void Select(const Variant&) override { NotAvailable("Shape.Select"); }
     void Delete() override { D().Remove(nodes()); }
 
     const std::shared_ptr<SheetImpl>& sheet() const { return sheet_; }
@@ -301,7 +301,7 @@ public:
         std::shared_ptr<SheetImpl> sheet;
         for (auto& s : shapes_) {
             auto impl = std::dynamic_pointer_cast<ShapeImpl>(s);
-            if (!impl || (sheet && impl->sheet() != sheet)) DrawingNotAvailable("ShapeRange.Group of these shapes");
+            if (!impl || (sheet && impl->sheet() != sheet)) NotAvailable("ShapeRange.Group of these shapes");
             sheet = impl->sheet();
             members.push_back(impl->nodes());
         }
@@ -356,7 +356,7 @@ public:
         for (auto& s : shapes_) s->ZOrder(cmd);
     }
     Ref<host::ShapeRange> Ungroup() override { return One()->Ungroup(); }
-    void Select(const Variant&) override { DrawingNotAvailable("ShapeRange.Select"); }
+    void Select(const Variant&) override { NotAvailable("ShapeRange.Select"); }
     void Delete() override {
         for (auto& s : shapes_) s->Delete();
     }
@@ -469,19 +469,19 @@ public:
     long ZOrder() override { return S()->ZOrderPosition(); }
     void BringToFront() override { S()->ZOrder(host::msoBringToFront); }
     void SendToBack() override { S()->ZOrder(host::msoSendToBack); }
-    bool RoundedCorners() override { DrawingNotAvailable("ChartObject.RoundedCorners"); }
-    void SetRoundedCorners(bool) override { DrawingNotAvailable("ChartObject.RoundedCorners"); }
-    bool Shadow() override { DrawingNotAvailable("ChartObject.Shadow"); }
-    void SetShadow(bool) override { DrawingNotAvailable("ChartObject.Shadow"); }
+    bool RoundedCorners() override { NotAvailable("ChartObject.RoundedCorners"); }
+    void SetRoundedCorners(bool) override { NotAvailable("ChartObject.RoundedCorners"); }
+    bool Shadow() override { NotAvailable("ChartObject.Shadow"); }
+    void SetShadow(bool) override { NotAvailable("ChartObject.Shadow"); }
     // clientData: the frame's lock and print flags, true unless written false.
     bool Locked() override { return ClientFlag("fLocksWithSheet"); }
     void SetLocked(bool v) override { SetClientFlag("fLocksWithSheet", v); }
     bool PrintObject() override { return ClientFlag("fPrintsWithSheet"); }
     void SetPrintObject(bool v) override { SetClientFlag("fPrintsWithSheet", v); }
-    Ref<host::Border> Border() override { DrawingNotAvailable("ChartObject.Border"); }
-    Ref<host::Interior> Interior() override { DrawingNotAvailable("ChartObject.Interior"); }
-    void Activate() override { DrawingNotAvailable("ChartObject.Activate"); }
-    void Select(const Variant&) override { DrawingNotAvailable("ChartObject.Select"); }
+    Ref<host::Border> Border() override { NotAvailable("ChartObject.Border"); }
+    Ref<host::Interior> Interior() override { NotAvailable("ChartObject.Interior"); }
+    void Activate() override { NotAvailable("ChartObject.Activate"); }
+    void Select(const Variant&) override { NotAvailable("ChartObject.Select"); }
     void Delete() override { S()->Delete(); }
 
 private:
@@ -509,7 +509,7 @@ std::shared_ptr<ChartObjectImpl> Drawing::Frame(const ShapeNodes& s) {
 
 Ref<host::Chart> ShapeImpl::Chart() {
     if (Type() != host::msoChart) DoesNotApply();
-    if (D().ChartPart(nodes()).empty()) DrawingNotAvailable("Shape.Chart of the newer chart kinds");
+    if (D().ChartPart(nodes()).empty()) NotAvailable("Shape.Chart of the newer chart kinds");
     return D().Frame(nodes())->Chart();
 }
 
@@ -631,7 +631,7 @@ public:
     }
     Ref<host::Shape> AddShape(long type, double left, double top, double width, double height) override {
         auto k = std::find_if(std::begin(kAutoShapes), std::end(kAutoShapes), [&](const AutoShapeKind& x) { return x.type == type; });
-        if (k == std::end(kAutoShapes)) DrawingNotAvailable("Shapes.AddShape of this kind");
+        if (k == std::end(kAutoShapes)) NotAvailable("Shapes.AddShape of this kind");
         long id = D().NextId();
         std::string xml = TwoCellAnchor(
             "<xdr:sp macro=\"\" textlink=\"\"><xdr:nvSpPr><xdr:cNvPr id=\"" + std::to_string(id) + "\" name=\"" +

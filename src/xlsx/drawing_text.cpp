@@ -388,7 +388,7 @@ public:
         if (rgb < 0 || rgb > 0xFFFFFF) Refuse("Unable to set the Color property of the Font class");
         s_.Format([&](pugi::xml_node rPr) { PaintRun(rPr, rgb); });
     }
-    Variant ColorIndex() override { DrawingNotAvailable("Font.ColorIndex of shape text"); }
+    Variant ColorIndex() override { NotAvailable("Font.ColorIndex of shape text"); }
     void SetColorIndex(const Variant& v) override {
         long i = host::CLng(v);
         if (i == host::xlColorIndexAutomatic) {
@@ -412,8 +412,8 @@ public:
             SetAttr(rPr, "i", i ? "1" : "0");
         });
     }
-    Variant Background() override { DrawingNotAvailable("Font.Background of shape text"); }
-    void SetBackground(const Variant&) override { DrawingNotAvailable("Font.Background of shape text"); }
+    Variant Background() override { NotAvailable("Font.Background of shape text"); }
+    void SetBackground(const Variant&) override { NotAvailable("Font.Background of shape text"); }
 
 private:
     TextSpan s_;
@@ -556,7 +556,7 @@ public:
         return !a ? kContext : a.as_bool() ? kRTL : kLTR;
     }
     void SetReadingOrder(long v) override {
-        if (v == kContext) DrawingNotAvailable("TextFrame.ReadingOrder = xlContext");
+        if (v == kContext) NotAvailable("TextFrame.ReadingOrder = xlContext");
         if (v != kLTR && v != kRTL) Refuse("Unable to set the ReadingOrder property of the TextFrame class");
         b_.SetParagraphs("rtl", v == kRTL ? "1" : "0");
     }
@@ -620,14 +620,14 @@ public:
         if (rgb < 0 || rgb > 0xFFFFFF) Refuse("The specified value is out of range.");
         s_.Format([&](pugi::xml_node rPr) { PaintRun(rPr, rgb); });
     }
-    long SchemeColor() override { DrawingNotAvailable("ColorFormat.SchemeColor of text"); }
-    void SetSchemeColor(long) override { DrawingNotAvailable("ColorFormat.SchemeColor of text"); }
-    long ObjectThemeColor() override { DrawingNotAvailable("ColorFormat.ObjectThemeColor of text"); }
-    void SetObjectThemeColor(long) override { DrawingNotAvailable("ColorFormat.ObjectThemeColor of text"); }
-    double TintAndShade() override { DrawingNotAvailable("ColorFormat.TintAndShade of text"); }
-    void SetTintAndShade(double) override { DrawingNotAvailable("ColorFormat.TintAndShade of text"); }
-    double Brightness() override { DrawingNotAvailable("ColorFormat.Brightness of text"); }
-    void SetBrightness(double) override { DrawingNotAvailable("ColorFormat.Brightness of text"); }
+    long SchemeColor() override { NotAvailable("ColorFormat.SchemeColor of text"); }
+    void SetSchemeColor(long) override { NotAvailable("ColorFormat.SchemeColor of text"); }
+    long ObjectThemeColor() override { NotAvailable("ColorFormat.ObjectThemeColor of text"); }
+    void SetObjectThemeColor(long) override { NotAvailable("ColorFormat.ObjectThemeColor of text"); }
+    double TintAndShade() override { NotAvailable("ColorFormat.TintAndShade of text"); }
+    void SetTintAndShade(double) override { NotAvailable("ColorFormat.TintAndShade of text"); }
+    double Brightness() override { NotAvailable("ColorFormat.Brightness of text"); }
+    void SetBrightness(double) override { NotAvailable("ColorFormat.Brightness of text"); }
     long Type() override { return host::msoColorTypeRGB; }
 
 private:
@@ -638,7 +638,7 @@ class TextFill : public host::FillFormat {
 public:
     explicit TextFill(TextSpan s) : s_(std::move(s)) {}
     Ref<host::ColorFormat> ForeColor() override { return std::make_shared<TextColor>(s_); }
-    Ref<host::ColorFormat> BackColor() override { DrawingNotAvailable("FillFormat.BackColor of text"); }
+    Ref<host::ColorFormat> BackColor() override { NotAvailable("FillFormat.BackColor of text"); }
     long Visible() override {
         auto v = s_.Common([](pugi::xml_node f) { return Variant(!Kid(f, "noFill")); });
         return v.IsNull() ? host::msoTriStateMixed : v.RawBool() ? host::msoTrue : host::msoFalse;
@@ -655,16 +655,16 @@ public:
             RunChild(rPr, "noFill", Prefix(rPr));
         });
     }
-    double Transparency() override { DrawingNotAvailable("FillFormat.Transparency of text"); }
-    void SetTransparency(double) override { DrawingNotAvailable("FillFormat.Transparency of text"); }
+    double Transparency() override { NotAvailable("FillFormat.Transparency of text"); }
+    void SetTransparency(double) override { NotAvailable("FillFormat.Transparency of text"); }
     long Type() override { return host::msoFillSolid; }
-    long Pattern() override { DrawingNotAvailable("FillFormat.Pattern of text"); }
-    long GradientStyle() override { DrawingNotAvailable("FillFormat.GradientStyle of text"); }
+    long Pattern() override { NotAvailable("FillFormat.Pattern of text"); }
+    long GradientStyle() override { NotAvailable("FillFormat.GradientStyle of text"); }
     void Solid() override { SetVisible(host::msoTrue); }
-    void Patterned(long) override { DrawingNotAvailable("FillFormat.Patterned of text"); }
-    void OneColorGradient(long, long, double) override { DrawingNotAvailable("FillFormat.OneColorGradient of text"); }
-    void TwoColorGradient(long, long) override { DrawingNotAvailable("FillFormat.TwoColorGradient of text"); }
-    void PresetGradient(long, long, long) override { DrawingNotAvailable("FillFormat.PresetGradient of text"); }
+    void Patterned(long) override { NotAvailable("FillFormat.Patterned of text"); }
+    void OneColorGradient(long, long, double) override { NotAvailable("FillFormat.OneColorGradient of text"); }
+    void TwoColorGradient(long, long) override { NotAvailable("FillFormat.TwoColorGradient of text"); }
+    void PresetGradient(long, long, long) override { NotAvailable("FillFormat.PresetGradient of text"); }
 
 private:
     TextSpan s_;
@@ -700,7 +700,7 @@ public:
         return u == host::xlUnderlineStyleNone ? 0 : u == host::xlUnderlineStyleDouble ? 3 : 1;
     }
     void SetUnderlineStyle(long v) override {
-        if (v != 0 && v != 1 && v != 3) DrawingNotAvailable("Font2.UnderlineStyle of this kind");
+        if (v != 0 && v != 1 && v != 3) NotAvailable("Font2.UnderlineStyle of this kind");
         f_.SetUnderline(v == 0 ? host::xlUnderlineStyleNone : v == 3 ? host::xlUnderlineStyleDouble : host::xlUnderlineStyleSingle);
     }
     Ref<host::FillFormat> Fill() override { return std::make_shared<TextFill>(s_); }
@@ -730,7 +730,7 @@ public:
         long len = n < 0 ? base + count - from : std::min(n, base + count - from);
         return std::make_shared<TextRange2Impl>(TextSpan{s_.host, from, len});
     }
-    Ref<host::TextRange2> Paragraphs(const Variant&, const Variant&) override { DrawingNotAvailable("TextRange2.Paragraphs"); }
+    Ref<host::TextRange2> Paragraphs(const Variant&, const Variant&) override { NotAvailable("TextRange2.Paragraphs"); }
     Ref<host::TextRange2> InsertAfter(const std::string& text) override {
         long end = Start() - 1 + Count();
         TextSpan at{s_.host, end, 0};
@@ -780,7 +780,7 @@ public:
     }
     void SetVerticalAnchor(long v) override {
         const char* a = v == host::msoAnchorTop ? "t" : v == host::msoAnchorMiddle ? "ctr" : v == host::msoAnchorBottom ? "b" : nullptr;
-        if (!a) DrawingNotAvailable("TextFrame2.VerticalAnchor of this kind");
+        if (!a) NotAvailable("TextFrame2.VerticalAnchor of this kind");
         b_.Set("anchor", a);
     }
     long HorizontalAnchor() override {

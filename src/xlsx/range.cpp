@@ -79,21 +79,21 @@ public:
         EachCell([&](long r, long c) { sheet_->SetCellFormat(r, c, text); });
     }
     host::Ref<host::Font> Font() override {
-        Refuse("Cell fonts are not available in this engine yet.");
+        NotAvailable("Range.Font");
     }
     host::Ref<host::Interior> Interior() override {
-        Refuse("Cell fills are not available in this engine yet.");
+        NotAvailable("Range.Interior");
     }
 
     void Clear() override { EachExisting([&](long r, long c) { sheet_->ClearCell(r, c, true); }); }
     void ClearContents() override { EachExisting([&](long r, long c) { sheet_->ClearCell(r, c, false); }); }
 
-    void Delete(const host::Variant& shift) override {
-        if (!WholeRows(shift, host::xlShiftUp)) Refuse("Delete method of Range class failed: only entire rows can be deleted here.");
+    void Delete(const host::Variant& /*shift*/) override {
+        if (!WholeRows()) Refuse("Delete method of Range class failed: only entire rows can be deleted here.");
         sheet_->ShiftRows(r1_, -(r2_ - r1_ + 1));
     }
-    void Insert(const host::Variant& shift) override {
-        if (!WholeRows(shift, host::xlShiftDown)) Refuse("Insert method of Range class failed: only entire rows can be inserted here.");
+    void Insert(const host::Variant& /*shift*/) override {
+        if (!WholeRows()) Refuse("Insert method of Range class failed: only entire rows can be inserted here.");
         sheet_->ShiftRows(r1_, r2_ - r1_ + 1);
     }
     void Activate() override { sheet_->Activate(); }
@@ -173,10 +173,8 @@ private:
         for (long r = std::max(r1_, ur1); r <= std::min(r2_, ur2); ++r)
             for (long c = std::max(c1_, uc1); c <= std::min(c2_, uc2); ++c) f(r, c);
     }
-    bool WholeRows(const host::Variant& shift, long) {
-        (void)shift;
-        return c1_ == 1 && c2_ == kMaxCols;
-    }
+    // Only entire rows move; the shift argument says nothing more for them.
+    bool WholeRows() const { return c1_ == 1 && c2_ == kMaxCols; }
 
     std::shared_ptr<SheetImpl> sheet_;
     long r1_, c1_, r2_, c2_;

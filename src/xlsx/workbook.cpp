@@ -133,7 +133,7 @@ long Book::IndexOf(const SheetImpl* sheet) {
     for (size_t i = 0; i < sheets_.size(); ++i)
         if (sheets_[i].sheet.get() == sheet) return static_cast<long>(i + 1);
     // A deleted sheet's object lingers in the caller's hands; the application raises for it.
-    throw host::Error(424, "Object required");
+    host::Raise(host::err::ObjectRequired);
 }
 
 std::string Book::SheetName(const SheetImpl* sheet) {

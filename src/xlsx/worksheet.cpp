@@ -75,7 +75,7 @@ host::Variant ParseTyped(const std::string& text, bool& formula) {
             point = true;
         } else if (c == ',' && !point && any) {
             // a group separator must be followed by exactly three digits
-            if (i + 3 >= t.size() + 0 && i + 3 > t.size()) return text;
+            if (i + 3 >= t.size()) return text;
             if (!(std::isdigit(static_cast<unsigned char>(t[i + 1])) && std::isdigit(static_cast<unsigned char>(t[i + 2])) &&
                   std::isdigit(static_cast<unsigned char>(t[i + 3]))))
                 return text;
