@@ -146,6 +146,9 @@ public:
     // Column widths and row heights in points, for positions.
     double ColumnWidthPoints(long col);
     double RowHeightPoints(long row);
+    // Points from the sheet's left (top) edge to the left (top) edge of a column (row).
+    double ColumnLeft(long col);
+    double RowTop(long row);
     void SetColumnWidthChars(long c1, long c2, double chars);
     void SetRowHeightPoints(long r1, long r2, double points);
     double ColumnWidthChars(long col);

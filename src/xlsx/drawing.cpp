@@ -74,13 +74,6 @@ pugi::xml_node NvProps(pugi::xml_node el) {
     return {};
 }
 
-pugi::xml_node Xfrm(pugi::xml_node el) {
-    auto l = LocalName(el.name());
-    if (l == "graphicFrame") return Kid(el, "xfrm");
-    if (l == "grpSp") return Kid(Kid(el, "grpSpPr"), "xfrm");
-    return Kid(Kid(el, "spPr"), "xfrm");
-}
-
 bool Wrapping(std::string_view l) { return l == "Choice" || l == "Fallback" || l == "AlternateContent"; }
 
 // The group or anchor an element belongs to, past any mc:AlternateContent around it.
@@ -100,6 +93,13 @@ pugi::xml_node Wrapper(pugi::xml_node el) {
 bool InGroup(pugi::xml_node el) { return LocalName(Container(el).name()) == "grpSp"; }
 
 }  // namespace
+
+pugi::xml_node Xfrm(pugi::xml_node el) {
+    auto l = LocalName(el.name());
+    if (l == "graphicFrame") return Kid(el, "xfrm");
+    if (l == "grpSp") return Kid(Kid(el, "grpSpPr"), "xfrm");
+    return Kid(Kid(el, "spPr"), "xfrm");
+}
 
 pugi::xml_node KidMade(pugi::xml_node parent, std::string_view local) {
     if (auto k = Kid(parent, local)) return k;
@@ -460,17 +460,9 @@ void Drawing::Remove(const ShapeNodes& s) {
 
 // ---------------------------------------------------------------- positions
 
-double Drawing::ColX(long col0) {
-    double x = 0;
-    for (long c = 1; c <= col0; ++c) x += sheet_.ColumnWidthPoints(c);
-    return x;
-}
+double Drawing::ColX(long col0) { return sheet_.ColumnLeft(col0 + 1); }
 
-double Drawing::RowY(long row0) {
-    double y = 0;
-    for (long r = 1; r <= row0; ++r) y += sheet_.RowHeightPoints(r);
-    return y;
-}
+double Drawing::RowY(long row0) { return sheet_.RowTop(row0 + 1); }
 
 void Drawing::XToCol(double x, long& col0, long& offEmu) {
     double acc = 0;

@@ -21,6 +21,9 @@ class ChartObjectImpl;
 
 inline constexpr double kEmuPerPoint = 12700;
 
+// The a:xfrm that places a shape, a group or a graphic frame; an empty node when it has none.
+pugi::xml_node Xfrm(pugi::xml_node el);
+
 // That child, made (appended) when missing, with the parent's prefix.
 pugi::xml_node KidMade(pugi::xml_node parent, std::string_view local);
 

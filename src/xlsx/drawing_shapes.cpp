@@ -36,13 +36,6 @@ pugi::xml_node CNvKindPr(pugi::xml_node el) {
     return {};
 }
 
-pugi::xml_node Xfrm(pugi::xml_node el) {
-    auto l = LocalName(el.name());
-    if (l == "graphicFrame") return Kid(el, "xfrm");
-    if (l == "grpSp") return Kid(Kid(el, "grpSpPr"), "xfrm");
-    return Kid(Kid(el, "spPr"), "xfrm");
-}
-
 void SetOrRemove(pugi::xml_node n, const char* name, const std::string& v) {
     if (v.empty()) {
         n.remove_attribute(name);

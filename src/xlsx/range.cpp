@@ -122,16 +122,8 @@ public:
         sheet_->SortRows(first, c1_, last, std::min(c2_, kMaxCols), key, order1 == host::xlDescending, matchCase);
     }
 
-    double Left() override {
-        double x = 0;
-        for (long c = 1; c < c1_; ++c) x += sheet_->ColumnWidthPoints(c);
-        return x;
-    }
-    double Top() override {
-        double y = 0;
-        for (long r = 1; r < r1_; ++r) y += sheet_->RowHeightPoints(r);
-        return y;
-    }
+    double Left() override { return sheet_->ColumnLeft(c1_); }
+    double Top() override { return sheet_->RowTop(r1_); }
     double Width() override {
         double w = 0;
         for (long c = c1_; c <= c2_; ++c) w += sheet_->ColumnWidthPoints(c);

@@ -711,6 +711,22 @@ double SheetImpl::RowHeightPoints(long row) {
     return defaultRowHeight_;
 }
 
+double SheetImpl::ColumnLeft(long col) {
+    double x = 0;
+    for (long c = 1; c < col; ++c) x += ColumnWidthPoints(c);
+    return x;
+}
+
+double SheetImpl::RowTop(long row) {
+    // Rows of the default height are counted, not visited: only rows in the file can differ.
+    LoadCols();
+    BuildIndex();
+    double y = defaultRowHeight_ * static_cast<double>(row - 1);
+    for (auto it = rows_.begin(); it != rows_.end() && it->first < row; ++it)
+        if (auto ht = it->second.node.attribute("ht")) y += ht.as_double() - defaultRowHeight_;
+    return y;
+}
+
 void SheetImpl::SetColumnWidthChars(long c1, long c2, double chars) {
     if (chars < 0 || chars > 255) Refuse("Unable to set the ColumnWidth property of the Range class");
     LoadCols();
