@@ -13,10 +13,6 @@ namespace ps {
 
 namespace {
 
-long StartRow(CommonFunctions& cf, const dom::Element& oChartElement) {
-    return host::CLng(cf.GetAttributeText(oChartElement, "data-start-row"));
-}
-
 host::Ref<host::Worksheet> DataSheet(Component& c) {
     return Obj(c.oWorkbook).Worksheets()->Item(std::string(sDataSheet));
 }
@@ -30,9 +26,8 @@ host::Ref<host::Range> Between(host::Worksheet& ws, long lRow1, long lColumn1, l
 
 bool PSChartBuilder::SortDataSheet(const dom::Element& oChartElement) {
     try {
-        auto& cf = *c.common;
         if (mChartType == "bubble") {
-            long S = StartRow(cf, oChartElement);
+            long S = StartRow(oChartElement);
             auto oSheet = DataSheet(c);
             auto& ws = *oSheet;
             // The header row stays on top; the largest bubble comes first, to be drawn behind.
@@ -43,7 +38,7 @@ bool PSChartBuilder::SortDataSheet(const dom::Element& oChartElement) {
             if (!oSortOrder) return true;
             // A sort-order without its direction is an error of the definition: Null is no text.
             std::string sSort = host::CStr(oSortOrder.getAttribute("sort"));
-            long S = StartRow(cf, oChartElement);
+            long S = StartRow(oChartElement);
             auto oSheet = DataSheet(c);
             auto& ws = *oSheet;
             // The header and the bucket pseudo-row stay out of the range.
@@ -66,7 +61,7 @@ void PSChartBuilder::AdjustBubbleSizes(const dom::Element& oChartNode) {
             for (auto oAttribute : oStatic.selectNodes("attribute"))
                 if (cf.GetAttributeText(oAttribute, "setting") == "show-zero-bubbles") bShowZeroBubbles = true;
 
-        long S = StartRow(cf, oChartNode);
+        long S = StartRow(oChartNode);
         auto oSheet = DataSheet(c);
         // The sort has put the largest bubble first.
         double dLargest = host::CDbl(cf.GetCellValue(oSheet, S + 1, 6, 1));
@@ -85,7 +80,7 @@ void PSChartBuilder::AdjustBubbleSizes(const dom::Element& oChartNode) {
 void PSChartBuilder::InsertBucketData(const dom::Element& oChartElement) {
     try {
         auto& cf = *c.common;
-        long S = StartRow(cf, oChartElement);
+        long S = StartRow(oChartElement);
         auto oSheet = DataSheet(c);
         for (const auto& [sBucket, dValue] : Obj(mStrategicBuckets).Entries()) {
             oSheet->Cells(S + 1, Position(Obj(mSeriesPositions).Item(sBucket)) + 2)->SetValue(dValue);

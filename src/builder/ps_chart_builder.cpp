@@ -180,7 +180,13 @@ void PSChartBuilder::PopulateChart(const std::string& sChartID) {
             return;
         }
 
-        SetChartComment(oChartElement);
+        {
+            // The comment box is found by the run's chart id; a refresh of all charts has none of its own.
+            std::string sRunChartID = c.sChartID;
+            c.sChartID = sChartID;
+            SetChartComment(oChartElement);
+            c.sChartID = sRunChartID;
+        }
         if (mNewOrCopiedChart) {
             auto oPlotArea = Obj(mChart).PlotArea();
             oPlotArea->Interior()->SetColorIndex(host::xlNone);
@@ -217,26 +223,6 @@ void PSChartBuilder::CrosshatchChartArea() {
 // ---------------------------------------------------------------- steps still to come
 // Each is called where it belongs in a build and does nothing yet.
 
-void PSChartBuilder::RetrievePersistedProperties(const dom::Element&) {
-    // Reading the persisted legend, label and axis fonts isn't built yet.
-}
-
-void PSChartBuilder::PopulateABCChart(const dom::Element&) {
-    // Drawing the series of area, bar and column charts isn't built yet.
-}
-
-void PSChartBuilder::SetABCChartAttributes(const dom::Element&) {
-    // Titles, labels, type and legend of area, bar and column charts aren't built yet.
-}
-
-void PSChartBuilder::PopulatePieChart(const dom::Element&) {
-    // Drawing the series of pie charts isn't built yet.
-}
-
-void PSChartBuilder::SetPieChartAttributes(const dom::Element&) {
-    // The attributes of pie charts aren't built yet.
-}
-
 void PSChartBuilder::PopulateBubbleChart(const dom::Element&) {
     // Drawing the series of bubble charts isn't built yet.
 }
@@ -255,10 +241,6 @@ void PSChartBuilder::PopulateStrBuckChart(const dom::Element&) {
 
 void PSChartBuilder::SetStrBuckChartAttributes(const dom::Element&) {
     // The attributes of strategic bucket charts aren't built yet.
-}
-
-void PSChartBuilder::SetChartComment(const dom::Element&) {
-    // The chart's comment box isn't built yet.
 }
 
 }  // namespace ps

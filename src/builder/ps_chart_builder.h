@@ -42,6 +42,27 @@ private:
     std::vector<host::Variant> aCells_;
 };
 
+// A series' fill, carried from the series to the legend that the component draws itself.
+class CPSColor {
+public:
+    host::Variant Color() const { return vColor_; }
+    void SetColor(const host::Variant& v) { vColor_ = v; }
+    host::Variant ColorIndex() const { return vColorIndex_; }
+    void SetColorIndex(const host::Variant& v) { vColorIndex_ = v; }
+    host::Variant Pattern() const { return vPattern_; }
+    void SetPattern(const host::Variant& v) { vPattern_ = v; }
+    host::Variant PatternColor() const { return vPatternColor_; }
+    void SetPatternColor(const host::Variant& v) { vPatternColor_ = v; }
+    host::Variant PatternColorIndex() const { return vPatternColorIndex_; }
+    void SetPatternColorIndex(const host::Variant& v) { vPatternColorIndex_ = v; }
+
+private:
+    host::Variant vColor_, vColorIndex_, vPattern_, vPatternColor_, vPatternColorIndex_;
+};
+
+// A legend place not stored: the persisted left and top read this until the user drags the legend.
+inline constexpr double dUnsetLegendPlace = -1E+50;
+
 class PSChartBuilder {
 public:
     explicit PSChartBuilder(Component& c) : c(c) {}
@@ -94,6 +115,30 @@ public:
     long mCategoryCount = 0;  // rows of the rectangle
     long mSeriesCount = 0;    // columns of the rectangle
 
+    // The look persisted by read-back, loaded before each drawing over the defaults.
+    std::string mLegendVisibility = "auto";
+    host::Variant mLegendPosition;
+    double mLegendLeft = dUnsetLegendPlace;
+    double mLegendTop = dUnsetLegendPlace;
+    host::Variant mLegendFontName, mLegendFontStyle, mLegendFontSize, mLegendFontColor, mLegendFontAutoScale;
+    host::Variant mLabelFontName, mLabelFontStyle, mLabelFontSize, mLabelFontColor, mLabelFontBackgroundColor,
+        mLabelFontAutoScale;
+    host::Variant mBucketLabelFontName, mBucketLabelFontSize, mBucketLabelFontStyle, mBucketLabelFontColor,
+        mBucketLabelFontAutoScale;
+    host::Variant mLabelAxisFontName, mLabelAxisFontSize, mLabelAxisFontStyle, mLabelAxisFontColor,
+        mLabelAxisFontAutoScale;
+    host::Variant mValueAxisFontName, mValueAxisFontSize, mValueAxisFontStyle, mValueAxisFontColor,
+        mValueAxisFontAutoScale;
+
+    // ---- drawing, by family; each reports its own failure and leaves what it drew
+    void RetrievePersistedProperties(const dom::Element& oChartElement);
+    void PopulateABCChart(const dom::Element& oChartElement);
+    void SetABCChartAttributes(const dom::Element& oChartElement);
+    void ApplyLegendAttributes();
+    void PopulatePieChart(const dom::Element& oChartElement);
+    void SetPieChartAttributes(const dom::Element& oChartElement);
+    void SetChartComment(const dom::Element& oChartElement);
+
 private:
     // A position read from a map dictionary: a key never numbered reads Empty, which counts 0.
     static long Position(const host::Variant& vPosition) { return vPosition.IsEmpty() ? 0 : host::CLng(vPosition); }
@@ -111,17 +156,15 @@ private:
     // Finishing and drawing by family.
     void AdjustBubbleSizes(const dom::Element& oChartNode);
     void InsertBucketData(const dom::Element& oChartElement);
-    void RetrievePersistedProperties(const dom::Element& oChartElement);
-    void PopulateABCChart(const dom::Element& oChartElement);
-    void SetABCChartAttributes(const dom::Element& oChartElement);
-    void PopulatePieChart(const dom::Element& oChartElement);
-    void SetPieChartAttributes(const dom::Element& oChartElement);
     void PopulateBubbleChart(const dom::Element& oChartElement);
     void SetBubbleChartAttributes(const dom::Element& oChartElement);
     void SetBubbleChartQuadrants(const dom::Element& oChartElement);
     void PopulateStrBuckChart(const dom::Element& oChartElement);
     void SetStrBuckChartAttributes(const dom::Element& oChartElement);
-    void SetChartComment(const dom::Element& oChartElement);
+    // The block's header row on the data sheet, from the definition.
+    long StartRow(const dom::Element& oChartElement);
+    // "=VEX_ChartData!R": the start of every R1C1 reference into the data block.
+    static std::string DataSheetPrefix();
 
     Component& c;
 };

@@ -46,9 +46,9 @@ TEST(DataSheet, BlocksGrowAndShrinkInPlaceAndTheBlocksBelowFollow) {
     EXPECT_EQ(host::CStr(data->Cells(2, 1)->NumberFormat()), "General");
     EXPECT_EQ(host::CStr(data->Cells(5, 3)->NumberFormat()), "General");
 
-    // A series that points at the second block, as a drawn chart's series does.
-    auto series = w.ChartObject("VEX_Chart2")->SeriesCollection()->NewSeries();
-    series->SetValues(data->Range("C5"));
+    // The second chart's drawn series (a pie's, without a name) points at its block.
+    auto series = w.ChartObject("VEX_Chart2")->SeriesCollection(1L);
+    EXPECT_EQ(series->Formula(), "=SERIES(,VEX_ChartData!$B$5,VEX_ChartData!$C$5,1)");
 
     // Three more regions: the first block grows by three rows inside itself.
     w.Row(w.Sheet("Data1"), 4, 1, {"North", 4.0});
@@ -61,7 +61,7 @@ TEST(DataSheet, BlocksGrowAndShrinkInPlaceAndTheBlocksBelowFollow) {
                                                   "VEX_Chart1|North|4", "VEX_Chart1|South|5", "VEX_Chart1|Central|0",
                                                   "VEX_Chart2||Amount", "VEX_Chart2|Widget|3"}))
         << "east adds to East; a text in a number column adds 0";
-    EXPECT_EQ(series->Formula(), "=SERIES(,,VEX_ChartData!$C$8,1)");
+    EXPECT_EQ(series->Formula(), "=SERIES(,VEX_ChartData!$B$8,VEX_ChartData!$C$8,1)");
     EXPECT_EQ(StartRow(w, "VEX_Chart2"), "4") << "a record of the last build, not an address";
 
     // Back to one region: the block loses its rows and no blank row stays behind.
@@ -70,10 +70,10 @@ TEST(DataSheet, BlocksGrowAndShrinkInPlaceAndTheBlocksBelowFollow) {
     w.b.PopulateChart("VEX_Chart1");
     EXPECT_EQ(w.Data(), (std::vector<std::string>{"VEX_Chart1||Amount", "VEX_Chart1|East|1", "VEX_Chart2||Amount",
                                                   "VEX_Chart2|Widget|3"}));
-    EXPECT_EQ(series->Formula(), "=SERIES(,,VEX_ChartData!$C$4,1)");
-    // Its own refresh takes the series of the last build away and records where the block now is.
+    EXPECT_EQ(series->Formula(), "=SERIES(,VEX_ChartData!$B$4,VEX_ChartData!$C$4,1)");
+    // Its own refresh draws the series anew and records where the block now is.
     w.b.PopulateChart("VEX_Chart2");
-    EXPECT_EQ(w.ChartObject("VEX_Chart2")->SeriesCollection()->Count(), 0);
+    EXPECT_EQ(w.ChartObject("VEX_Chart2")->SeriesCollection()->Count(), 1);
     EXPECT_EQ(StartRow(w, "VEX_Chart2"), "3");
     EXPECT_TRUE(w.dialogs.messages.empty());
 }

@@ -1,0 +1,104 @@
+// Pie charts: series without names, made before any type is set; labels of values or percentages;
+// and a legend even when the definition leaves it to the component.
+#include <string>
+
+#include "builder/ps_chart_builder.h"
+#include "common/common_functions.h"
+#include "host/chart.h"
+#include "host/constants.h"
+#include "host/format.h"
+#include "host/workbook.h"
+
+namespace ps {
+
+void PSChartBuilder::PopulatePieChart(const dom::Element& oChartElement) {
+    try {
+        auto& cf = *c.common;
+        (void)cf.GetAttributeText(oChartElement, "id");
+        long S = StartRow(oChartElement);
+        long E = S + mCategoryCount;
+        long L = mSeriesCount + 2;
+        std::string sPrefix = DataSheetPrefix();
+        std::string sCategories = sPrefix + std::to_string(S + 1) + "C2:R" + std::to_string(E) + "C2";
+        auto& oChart = Obj(mChart);
+        for (long col = 3; col <= L; ++col) {
+            std::string sValues = sPrefix + std::to_string(S + 1) + "C" + std::to_string(col) + ":R" +
+                                  std::to_string(E) + "C" + std::to_string(col);
+            auto oSeries = oChart.SeriesCollection()->NewSeries();
+            oSeries->SetXValues(host::Variant(sCategories));
+            oSeries->SetValues(host::Variant(sValues));
+            if (oSeries->HasDataLabels())
+                if (auto oFont = oSeries->DataLabels()->Font()) oFont->SetSize(host::Val(host::CStr(mLabelFontSize)));
+        }
+    } catch (const std::exception&) {
+        c.common->ReportError("PSChartBuilder.PopulatePieChart");
+    }
+}
+
+void PSChartBuilder::SetPieChartAttributes(const dom::Element& oChartElement) {
+    try {
+        auto& cf = *c.common;
+        auto& oChart = Obj(mChart);
+        std::string sTitle = cf.GetAttributeText(oChartElement, "title");
+        if (sTitle.empty()) {
+            oChart.SetHasTitle(false);
+        } else {
+            oChart.SetHasTitle(true);
+            oChart.ChartTitle()->SetText(sTitle);
+        }
+
+        bool bValues = false;
+        bool bPercentages = false;
+        if (auto oLabels = oChartElement.selectSingleNode("data-labels")) {
+            for (auto oLabel : oLabels.selectNodes("data-label")) {
+                std::string sShow = cf.GetAttributeText(oLabel, "show");
+                if (sShow == "values") bValues = true;
+                else if (sShow == "percentages") bPercentages = true;
+                cf.YieldToHost();
+            }
+        }
+        if (bValues || bPercentages) {
+            oChart.SetChartType(host::xlPie);
+            for (auto& oSeries : host::Each(*oChart.SeriesCollection())) {
+                oSeries->ApplyDataLabels(bValues ? host::xlDataLabelsShowValue : host::xlDataLabelsShowPercent);
+                if (auto oDataLabels = oSeries->DataLabels()) {
+                    oDataLabels->SetPosition(host::xlLabelPositionBestFit);
+                    oDataLabels->SetAutoScaleFont(CommonFunctions::SafeBool(mLabelFontAutoScale));
+                    auto oFont = oDataLabels->Font();
+                    oFont->SetName(mLabelFontName);
+                    oFont->SetFontStyle(mLabelFontStyle);
+                    oFont->SetSize(host::Val(host::CStr(mLabelFontSize)));
+                    oFont->SetColor(mLabelFontColor);
+                }
+            }
+        }
+
+        long lSum = 0;
+        if (auto oDynamic = oChartElement.selectSingleNode("dynamic-attributes")) {
+            for (auto oAttribute : oDynamic.selectNodes("attribute")) {
+                std::string sSetting = cf.GetAttributeText(oAttribute, "setting");
+                if (sSetting == "3D") lSum += 1;
+                else if (sSetting == "exploded") lSum += 2;
+                cf.YieldToHost();
+            }
+        }
+        oChart.SetChartType(lSum == 1   ? host::xl3DPie
+                            : lSum == 2 ? host::xlPieExploded
+                            : lSum == 3 ? host::xl3DPieExploded
+                                        : host::xlPie);
+
+        if (mLegendVisibility == "show") {
+            oChart.SetHasLegend(true);
+            ApplyLegendAttributes();
+        } else if (mLegendVisibility == "hide") {
+            oChart.SetHasLegend(false);
+        } else {
+            // Unlike the other families, a pie left to the component always shows its legend.
+            oChart.SetHasLegend(true);
+        }
+    } catch (const std::exception&) {
+        c.common->ReportError("PSChartBuilder.SetPieChartAttributes");
+    }
+}
+
+}  // namespace ps
