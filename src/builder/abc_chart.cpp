@@ -93,13 +93,7 @@ void PSChartBuilder::SetABCChartAttributes(const dom::Element& oChartElement) {
     try {
         auto& cf = *c.common;
         auto& oChart = Obj(mChart);
-        std::string sTitle = cf.GetAttributeText(oChartElement, "title");
-        if (sTitle.empty()) {
-            oChart.SetHasTitle(false);
-        } else {
-            oChart.SetHasTitle(true);
-            oChart.ChartTitle()->SetText(sTitle);
-        }
+        ApplyTitle(oChartElement);
         if (auto oSeriesNode = oChartElement.selectSingleNode("series"))
             oChart.SetHasLegend(cf.GetAttributeText(oSeriesNode, "headings-in") != "none");
 
@@ -140,20 +134,7 @@ void PSChartBuilder::SetABCChartAttributes(const dom::Element& oChartElement) {
         if (auto oLabels = oChartElement.selectSingleNode("data-labels"))
             for (auto oLabel : oLabels.selectNodes("data-label"))
                 if (cf.GetAttributeText(oLabel, "show") == "values") bShowValues = true;
-        if (bShowValues) {
-            for (auto& oSeries : host::Each(*oChart.SeriesCollection())) {
-                oSeries->ApplyDataLabels(host::xlDataLabelsShowValue);
-                if (auto oDataLabels = oSeries->DataLabels()) {
-                    oDataLabels->SetPosition(host::xlLabelPositionCenter);
-                    oDataLabels->SetAutoScaleFont(CommonFunctions::SafeBool(mLabelFontAutoScale));
-                    auto oFont = oDataLabels->Font();
-                    oFont->SetName(mLabelFontName);
-                    oFont->SetFontStyle(mLabelFontStyle);
-                    oFont->SetSize(ValOf(mLabelFontSize));
-                    oFont->SetColor(mLabelFontColor);
-                }
-            }
-        }
+        if (bShowValues) LabelAllSeries(host::xlDataLabelsShowValue, host::xlLabelPositionCenter);
 
         long lSum = 0;
         if (auto oDynamic = oChartElement.selectSingleNode("dynamic-attributes")) {
@@ -176,6 +157,32 @@ void PSChartBuilder::SetABCChartAttributes(const dom::Element& oChartElement) {
         }
     } catch (const std::exception&) {
         c.common->ReportError("PSChartBuilder.SetABCChartAttributes");
+    }
+}
+
+void PSChartBuilder::ApplyTitle(const dom::Element& oChartElement) {
+    auto& oChart = Obj(mChart);
+    std::string sTitle = c.common->GetAttributeText(oChartElement, "title");
+    if (sTitle.empty()) {
+        oChart.SetHasTitle(false);
+    } else {
+        oChart.SetHasTitle(true);
+        oChart.ChartTitle()->SetText(sTitle);
+    }
+}
+
+void PSChartBuilder::LabelAllSeries(long lType, long lPosition) {
+    for (auto& oSeries : host::Each(*Obj(mChart).SeriesCollection())) {
+        oSeries->ApplyDataLabels(lType);
+        if (auto oDataLabels = oSeries->DataLabels()) {
+            oDataLabels->SetPosition(lPosition);
+            oDataLabels->SetAutoScaleFont(CommonFunctions::SafeBool(mLabelFontAutoScale));
+            auto oFont = oDataLabels->Font();
+            oFont->SetName(mLabelFontName);
+            oFont->SetFontStyle(mLabelFontStyle);
+            oFont->SetSize(ValOf(mLabelFontSize));
+            oFont->SetColor(mLabelFontColor);
+        }
     }
 }
 

@@ -14,12 +14,6 @@ namespace ps {
 namespace {
 using host::Variant;
 
-// The groups read-back may store empty (an axis without a title, a chart without bucket values)
-// fall back to their default.
-Variant OrDefault(const std::string& sValue, const Variant& vDefault) {
-    return sValue.empty() ? vDefault : Variant(sValue);
-}
-
 // The text box takes at most this many characters in one write.
 constexpr long lCommentPiece = 200;
 }  // namespace
@@ -53,48 +47,58 @@ void PSChartBuilder::RetrievePersistedProperties(const dom::Element& oChartEleme
         mLabelAxisFontColor = mValueAxisFontColor = 0L;
         mLabelAxisFontAutoScale = mValueAxisFontAutoScale = "True";
 
+        // How a stored value is taken: as text, through Val, through SafeBool; the groups with a
+        // default fall back to it on an empty value first.
+        enum Taking { Text, Number, Flag };
+        struct Property {
+            const char* sKey;
+            Variant* pTarget;
+            Taking taking;
+            Variant vDefault;  // Empty: an empty value is taken as it stands
+        };
+        const Property aProperties[] = {
+            {"legend-position", &mLegendPosition, Text, {}},
+            {"legend-font-name", &mLegendFontName, Text, {}},
+            {"legend-font-style", &mLegendFontStyle, Text, {}},
+            {"legend-font-size", &mLegendFontSize, Number, {}},
+            {"legend-font-color", &mLegendFontColor, Text, {}},
+            {"legend-font-autoscale", &mLegendFontAutoScale, Flag, {}},
+            {"label-font-name", &mLabelFontName, Text, {}},
+            {"label-font-style", &mLabelFontStyle, Text, {}},
+            {"label-font-size", &mLabelFontSize, Number, {}},
+            {"label-font-color", &mLabelFontColor, Text, {}},
+            {"label-font-background-color", &mLabelFontBackgroundColor, Text, {}},
+            {"label-font-autoscale", &mLabelFontAutoScale, Flag, {}},
+            {"bucket-label-font-name", &mBucketLabelFontName, Text, "Arial"},
+            {"bucket-label-font-size", &mBucketLabelFontSize, Number, 9L},
+            {"bucket-label-font-style", &mBucketLabelFontStyle, Text, "Bold"},
+            {"bucket-label-font-color", &mBucketLabelFontColor, Text, 16777215L},
+            {"bucket-label-font-autoscale", &mBucketLabelFontAutoScale, Flag, "False"},
+            {"LabelAxis-font-name", &mLabelAxisFontName, Text, "Arial"},
+            {"LabelAxis-font-size", &mLabelAxisFontSize, Number, 10L},
+            {"LabelAxis-font-style", &mLabelAxisFontStyle, Text, "Bold"},
+            {"LabelAxis-font-color", &mLabelAxisFontColor, Text, 0L},
+            {"LabelAxis-font-autoscale", &mLabelAxisFontAutoScale, Flag, "True"},
+            {"ValueAxis-font-name", &mValueAxisFontName, Text, "Arial"},
+            {"ValueAxis-font-size", &mValueAxisFontSize, Number, 10L},
+            {"ValueAxis-font-style", &mValueAxisFontStyle, Text, "Bold"},
+            {"ValueAxis-font-color", &mValueAxisFontColor, Text, 0L},
+            {"ValueAxis-font-autoscale", &mValueAxisFontAutoScale, Flag, "True"},
+        };
         if (auto oPersistence = oChartElement.selectSingleNode("auto-persistence")) {
             for (auto oPersist : oPersistence.selectNodes("persist")) {
                 std::string sProperty = cf.GetAttributeText(oPersist, "property");
                 std::string sValue = cf.GetAttributeText(oPersist, "value");
-                auto Number = [&] { return Variant(host::Val(sValue)); };
-                auto Flag = [&] { return Variant(CommonFunctions::SafeBool(sValue)); };
                 if (sProperty == "legend-visibility") mLegendVisibility = sValue;
-                else if (sProperty == "legend-position") mLegendPosition = sValue;
                 else if (sProperty == "legend-left") mLegendLeft = host::CDbl(sValue);
                 else if (sProperty == "legend-top") mLegendTop = host::CDbl(sValue);
-                else if (sProperty == "legend-font-name") mLegendFontName = sValue;
-                else if (sProperty == "legend-font-style") mLegendFontStyle = sValue;
-                else if (sProperty == "legend-font-size") mLegendFontSize = Number();
-                else if (sProperty == "legend-font-color") mLegendFontColor = sValue;
-                else if (sProperty == "legend-font-autoscale") mLegendFontAutoScale = Flag();
-                else if (sProperty == "label-font-name") mLabelFontName = sValue;
-                else if (sProperty == "label-font-style") mLabelFontStyle = sValue;
-                else if (sProperty == "label-font-size") mLabelFontSize = Number();
-                else if (sProperty == "label-font-color") mLabelFontColor = sValue;
-                else if (sProperty == "label-font-background-color") mLabelFontBackgroundColor = sValue;
-                else if (sProperty == "label-font-autoscale") mLabelFontAutoScale = Flag();
-                else if (sProperty == "bucket-label-font-name") mBucketLabelFontName = OrDefault(sValue, "Arial");
-                else if (sProperty == "bucket-label-font-size")
-                    mBucketLabelFontSize = host::Val(host::CStr(OrDefault(sValue, 9L)));
-                else if (sProperty == "bucket-label-font-style") mBucketLabelFontStyle = OrDefault(sValue, "Bold");
-                else if (sProperty == "bucket-label-font-color") mBucketLabelFontColor = OrDefault(sValue, 16777215L);
-                else if (sProperty == "bucket-label-font-autoscale")
-                    mBucketLabelFontAutoScale = CommonFunctions::SafeBool(OrDefault(sValue, "False"));
-                else if (sProperty == "LabelAxis-font-name") mLabelAxisFontName = OrDefault(sValue, "Arial");
-                else if (sProperty == "LabelAxis-font-size")
-                    mLabelAxisFontSize = host::Val(host::CStr(OrDefault(sValue, 10L)));
-                else if (sProperty == "LabelAxis-font-style") mLabelAxisFontStyle = OrDefault(sValue, "Bold");
-                else if (sProperty == "LabelAxis-font-color") mLabelAxisFontColor = OrDefault(sValue, 0L);
-                else if (sProperty == "LabelAxis-font-autoscale")
-                    mLabelAxisFontAutoScale = CommonFunctions::SafeBool(OrDefault(sValue, "True"));
-                else if (sProperty == "ValueAxis-font-name") mValueAxisFontName = OrDefault(sValue, "Arial");
-                else if (sProperty == "ValueAxis-font-size")
-                    mValueAxisFontSize = host::Val(host::CStr(OrDefault(sValue, 10L)));
-                else if (sProperty == "ValueAxis-font-style") mValueAxisFontStyle = OrDefault(sValue, "Bold");
-                else if (sProperty == "ValueAxis-font-color") mValueAxisFontColor = OrDefault(sValue, 0L);
-                else if (sProperty == "ValueAxis-font-autoscale")
-                    mValueAxisFontAutoScale = CommonFunctions::SafeBool(OrDefault(sValue, "True"));
+                for (const auto& p : aProperties) {
+                    if (sProperty != p.sKey) continue;
+                    Variant vValue = sValue.empty() && !p.vDefault.IsEmpty() ? p.vDefault : Variant(sValue);
+                    *p.pTarget = p.taking == Number ? Variant(host::Val(host::CStr(vValue)))
+                                 : p.taking == Flag ? Variant(CommonFunctions::SafeBool(vValue))
+                                                    : vValue;
+                }
                 cf.YieldToHost();
             }
         }

@@ -39,13 +39,7 @@ void PSChartBuilder::SetPieChartAttributes(const dom::Element& oChartElement) {
     try {
         auto& cf = *c.common;
         auto& oChart = Obj(mChart);
-        std::string sTitle = cf.GetAttributeText(oChartElement, "title");
-        if (sTitle.empty()) {
-            oChart.SetHasTitle(false);
-        } else {
-            oChart.SetHasTitle(true);
-            oChart.ChartTitle()->SetText(sTitle);
-        }
+        ApplyTitle(oChartElement);
 
         bool bValues = false;
         bool bPercentages = false;
@@ -59,18 +53,8 @@ void PSChartBuilder::SetPieChartAttributes(const dom::Element& oChartElement) {
         }
         if (bValues || bPercentages) {
             oChart.SetChartType(host::xlPie);
-            for (auto& oSeries : host::Each(*oChart.SeriesCollection())) {
-                oSeries->ApplyDataLabels(bValues ? host::xlDataLabelsShowValue : host::xlDataLabelsShowPercent);
-                if (auto oDataLabels = oSeries->DataLabels()) {
-                    oDataLabels->SetPosition(host::xlLabelPositionBestFit);
-                    oDataLabels->SetAutoScaleFont(CommonFunctions::SafeBool(mLabelFontAutoScale));
-                    auto oFont = oDataLabels->Font();
-                    oFont->SetName(mLabelFontName);
-                    oFont->SetFontStyle(mLabelFontStyle);
-                    oFont->SetSize(host::Val(host::CStr(mLabelFontSize)));
-                    oFont->SetColor(mLabelFontColor);
-                }
-            }
+            LabelAllSeries(bValues ? host::xlDataLabelsShowValue : host::xlDataLabelsShowPercent,
+                           host::xlLabelPositionBestFit);
         }
 
         long lSum = 0;

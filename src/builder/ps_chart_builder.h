@@ -135,6 +135,9 @@ public:
     void PopulateABCChart(const dom::Element& oChartElement);
     void SetABCChartAttributes(const dom::Element& oChartElement);
     void ApplyLegendAttributes();
+    // The definition's title, or none; data labels of one type and place in the persisted label font.
+    void ApplyTitle(const dom::Element& oChartElement);
+    void LabelAllSeries(long lType, long lPosition);
     void PopulatePieChart(const dom::Element& oChartElement);
     void SetPieChartAttributes(const dom::Element& oChartElement);
     void SetChartComment(const dom::Element& oChartElement);
