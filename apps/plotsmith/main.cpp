@@ -2,19 +2,26 @@
 // when the operation changed it. Messages go to standard error; exit status 2 for a file that can't
 // be opened or saved, or for wrong usage.
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <cstdio>
+#include <fstream>
 #include <functional>
 #include <iostream>
+#include <iterator>
+#include <stdexcept>
 
 #include <fmt/format.h>
 
+#include "builder/ps_chart_builder.h"
 #include "common/clock.h"
+#include "common/common_functions.h"
 #include "controller/plotsmith_controller.h"
 #include "dom/document.h"
 #include "metadata/ps_functions.h"
 #include "forms/headless.h"
 #include "host/constants.h"
 #include "host/error.h"
+#include "host/workbook.h"
 #include "xlsx/engine.h"
 #include "xlsx/package.h"
 
@@ -43,18 +50,30 @@ std::string Columns(const dom::Node& table, const char* kind) {
     return out.empty() ? "-" : out;
 }
 
-// Tables and charts as the component finds them; the workbook on disk is not changed.
-void ListComponent(const host::Ref<xlsx::EngineApplication>& app, const host::Ref<host::Workbook>& book) {
-    forms::CallbackDriver nobody(nullptr);
-    forms::HeadlessFrontEnd frontEnd(nobody);
+// The component as a host add-in holds it. Nobody answers pages at the command line: a page that
+// comes up closes as cancelled, and messages go to standard error.
+struct ComponentHost {
+    forms::CallbackDriver nobody{nullptr};
+    forms::HeadlessFrontEnd frontEnd{nobody};
     forms::StderrDialogs dialogs;
     ps::SystemClock clock;
-    ps::CPlotsmithController entry(frontEnd, dialogs, clock);
-    auto& c = entry.component();
-    c.oApplication = app;
-    c.oWorkbook = book;
-    c.functions->RetrieveTableDefinitions();
-    c.functions->RetrieveChartDefinitions();
+    ps::CPlotsmithController entry{frontEnd, dialogs, clock};
+    ps::Component& c = entry.component();
+
+    // Over an open workbook, with its tables and chart definitions loaded as a run loads them.
+    ComponentHost(const host::Ref<xlsx::EngineApplication>& app, const host::Ref<host::Workbook>& book) {
+        c.oApplication = app;
+        c.oWorkbook = book;
+        c.functions->RetrieveTableDefinitions();
+        c.functions->RetrieveChartDefinitions();
+    }
+    ComponentHost() = default;
+};
+
+// Tables and charts as the component finds them; the workbook on disk is not changed.
+void ListComponent(const host::Ref<xlsx::EngineApplication>& app, const host::Ref<host::Workbook>& book) {
+    ComponentHost host(app, book);
+    auto& c = host.c;
     fmt::print("Tables ({}):\n", c.colTables->Count());
     for (auto& doc : *c.colTables) {
         auto t = doc->documentElement();
@@ -99,13 +118,146 @@ int List(const host::Ref<xlsx::EngineApplication>& app, const std::string& path)
 int RunOperation(xlsx::EngineApplication& app, const std::string& path,
                  const std::function<void(ps::CPlotsmithController&)>& operation) {
     auto book = app.Open(path);
-    forms::CallbackDriver nobody(nullptr);  // no user at the command line: pages close as cancelled
-    forms::HeadlessFrontEnd frontEnd(nobody);
-    forms::StderrDialogs dialogs;
-    ps::SystemClock clock;
-    ps::CPlotsmithController entry(frontEnd, dialogs, clock);
-    operation(entry);
+    ComponentHost host;
+    operation(host.entry);
     book->Save();
+    return 0;
+}
+
+// ---------------------------------------------------------------- add and export
+
+// Input the command can't take: one line on standard error, exit status 2, nothing saved.
+struct BadInput : std::runtime_error {
+    using std::runtime_error::runtime_error;
+};
+
+const char* const aChartTypes[] = {"area", "bar", "column", "pie", "bubble", "strategic bucket", "unknown"};
+
+// The chart documents of a definition file: one `chart`, or the `charts` that export prints for all.
+std::vector<dom::DocumentRef> ReadDefinitions(ps::Component& c, const std::string& path) {
+    std::string text;
+    if (path == "-") {
+        text.assign(std::istreambuf_iterator<char>(std::cin), {});
+    } else {
+        std::ifstream in(path, std::ios::binary);
+        if (!in) throw BadInput(fmt::format("cannot read '{}'", path));
+        text.assign(std::istreambuf_iterator<char>(in), {});
+    }
+    auto doc = c.functions->ParseChartDefinition(text);
+    if (!doc) throw BadInput(fmt::format("'{}' is not XML", path));
+    auto root = doc->documentElement();
+    std::vector<dom::DocumentRef> out;
+    if (root && root.nodeName() == "chart") {
+        out.push_back(doc);
+    } else if (root && root.nodeName() == "charts") {
+        for (auto chart : root.selectNodes("chart")) out.push_back(c.functions->ParseChartDefinition(chart.xml()));
+    }
+    if (out.empty()) throw BadInput(fmt::format("'{}' holds no chart definition", path));
+    return out;
+}
+
+// Refuses what the Source Table page would never let through: a type it doesn't know, a table
+// the workbook doesn't have.
+void CheckDefinition(ps::Component& c, const dom::DocumentRef& doc, const std::string& bookPath) {
+    auto chart = doc->documentElement();
+    std::string name = Attr(chart, "name"), type = Attr(chart, "type");
+    if (std::find(std::begin(aChartTypes), std::end(aChartTypes), type) == std::end(aChartTypes))
+        throw BadInput(fmt::format("chart '{}' has type '{}', which is none of area, bar, column, pie, bubble, "
+                                   "strategic bucket",
+                                   name, type));
+    std::vector<std::string> tables{Attr(chart, "table-id")};
+    if (type == "strategic bucket") tables.push_back(Attr(chart, "strategic-bucket-table-id"));
+    for (auto& table : tables)
+        if (!ps::CommonFunctions::CollectionHasKey(table, c.colTables))
+            throw BadInput(fmt::format("chart '{}' draws from table '{}', which '{}' doesn't have", name, table, bookPath));
+}
+
+// The sheet a chart is to stand on: an existing visible worksheet, or with newSheet one made as
+// the Chart Location page makes it. Answers the sheet's name as the workbook spells it.
+std::string ChartSheet(ps::Component& c, const std::string& sheet, bool newSheet, const std::string& bookPath) {
+    auto& cf = *c.common;
+    if (newSheet) {
+        if (sheet.empty()) throw BadInput("Please provide a name for the new worksheet");
+        if (cf.SheetExists(sheet))
+            throw BadInput("Worksheet name is already in use. Please enter a different name for the worksheet.");
+        if (!c.functions->CreateChartWorksheet(sheet))
+            throw BadInput("Invalid worksheet name. Please enter a valid name for the worksheet.");
+        return sheet;
+    }
+    host::Ref<host::Worksheet> ws;
+    try {
+        ws = c.oWorkbook->Worksheets()->Item(sheet);
+    } catch (const host::Error&) {
+        throw BadInput(fmt::format("'{}' has no worksheet '{}' (--new-sheet makes one)", bookPath, sheet));
+    }
+    // The page offers visible worksheets only.
+    if (ws->Visible() != host::xlSheetVisible) throw BadInput(fmt::format("worksheet '{}' is hidden", ws->Name()));
+    return ws->Name();
+}
+
+// "VEX_Chart" and a whole number from 1, as NextChartID makes them.
+bool IsChartID(const std::string& id) {
+    std::string number = host::Mid(id, host::Len(ps::sChartIDPrefix) + 1);
+    return host::Left(id, host::Len(ps::sChartIDPrefix)) == ps::sChartIDPrefix && !number.empty() &&
+           number[0] != '0' && number.find_first_not_of("0123456789") == std::string::npos;
+}
+
+// Places each definition as the Chart Location page's last steps do, with a new id and a free
+// name where the definition's are taken, draws it, and saves the workbook.
+int Add(const host::Ref<xlsx::EngineApplication>& app, const std::string& path, const std::string& definitionPath,
+        const std::string& sheet, bool newSheet) {
+    auto book = app->Open(path);
+    ComponentHost host(app, book);
+    auto& c = host.c;
+    auto docs = ReadDefinitions(c, definitionPath);
+    for (auto& doc : docs) CheckDefinition(c, doc, path);
+    std::string sheetName = ChartSheet(c, sheet, newSheet, path);
+
+    for (auto& doc : docs) {
+        auto chart = doc->documentElement();
+        std::string id = Attr(chart, "id");
+        bool idFree = IsChartID(id) && !ps::CommonFunctions::CollectionHasKey(id, c.colCharts);
+        c.sChartID = idFree ? id : c.functions->NextChartID();
+        std::string name = host::Trim(Attr(chart, "name"));
+        if (name.empty()) name = "Chart" + host::Mid(c.sChartID, host::Len(ps::sChartIDPrefix) + 1);
+        chart.setAttribute("id", c.sChartID);
+        chart.setAttribute("name", c.functions->FreeChartName(name));
+        c.oChartDoc = doc;
+        c.lMethodType = ps::mtNew;
+        if (!c.functions->PlaceChartDefinition(sheetName)) throw BadInput("the chart could not be placed");
+        c.builder->RefreshChart(c.sChartID);
+        // A build writes into the definition (its data rows, the table's geometry); it is kept.
+        c.functions->SaveChartDefinition(doc);
+        fmt::print("{}  \"{}\"  {}  on {}\n", c.sChartID, Attr(chart, "name"), Attr(chart, "type"), sheetName);
+    }
+    book->Save();
+    return 0;
+}
+
+// Definitions as stored, for add to take into another workbook: one chart (by id, or by name
+// without regard to case) as its `chart` document, all of them inside `charts`.
+int Export(const host::Ref<xlsx::EngineApplication>& app, const std::string& path, const std::string& wanted) {
+    auto book = app->Open(path);
+    ComponentHost host(app, book);
+    auto& c = host.c;
+    auto text = [](const dom::DocumentRef& doc) {
+        std::string s = doc->xml();
+        while (!s.empty() && (s.back() == '\n' || s.back() == '\r')) s.pop_back();
+        return s;
+    };
+    if (!wanted.empty()) {
+        for (auto& doc : *c.colCharts) {
+            auto chart = doc->documentElement();
+            if (Attr(chart, "id") == wanted || host::UCase(Attr(chart, "name")) == host::UCase(wanted)) {
+                fmt::print("{}\n", text(doc));
+                return 0;
+            }
+        }
+        throw BadInput(fmt::format("'{}' has no chart '{}'", path, wanted));
+    }
+    fmt::print("<charts>\n");
+    for (auto& doc : *c.colCharts) fmt::print("{}\n", text(doc));
+    fmt::print("</charts>\n");
     return 0;
 }
 
@@ -141,6 +293,19 @@ int main(int argc, char** argv) {
     renameColumns->add_option("TABLE", table, "Table id")->required();
     renameColumns->add_option("OLD=NEW", renames, "Column renames")->required();
 
+    std::string definition, sheet, chart;
+    bool newSheet = false;
+    auto* add = app.add_subcommand("add", "Place a chart from a definition on a sheet, draw it and save the workbook");
+    add->add_option("BOOK", book, "Workbook (.xlsx or .xlsm)")->required();
+    add->add_option("DEFINITION", definition, "Chart definition (.xml) as export prints it; - reads standard input")
+        ->required();
+    add->add_option("--sheet", sheet, "Worksheet the chart stands on")->required();
+    add->add_flag("--new-sheet", newSheet, "Make the worksheet first, behind the last sheet");
+
+    auto* exportCharts = app.add_subcommand("export", "Print chart definitions, for add to take into another workbook");
+    exportCharts->add_option("BOOK", book, "Workbook (.xlsx or .xlsm)")->required();
+    exportCharts->add_option("CHART", chart, "Chart id or name; all charts when left out");
+
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& e) {
@@ -153,6 +318,8 @@ int main(int argc, char** argv) {
     auto engine = xlsx::NewApplication(options);
     try {
         if (list->parsed()) return List(engine, book);
+        if (add->parsed()) return Add(engine, book, definition, sheet, newSheet);
+        if (exportCharts->parsed()) return Export(engine, book, chart);
         const std::string appName = "plotsmith";
         if (refresh->parsed())
             return RunOperation(*engine, book, [&](ps::CPlotsmithController& e) { e.RefreshPlotsmithData(engine, appName, {}); });
@@ -173,6 +340,9 @@ int main(int argc, char** argv) {
                 e.UpdateChartColumnNamesForTable(engine, table, olds, news);
             });
         }
+    } catch (const BadInput& e) {
+        std::fprintf(stderr, "plotsmith: %s\n", e.what());
+        return 2;
     } catch (const xlsx::PackageError& e) {
         std::fprintf(stderr, "plotsmith: %s\n", e.what());
         return 2;

@@ -48,15 +48,19 @@ bool PSFunctions::ChartNameInUse(const std::string& sName) {
     return bInUse;
 }
 
+std::string PSFunctions::FreeChartName(const std::string& sBaseName) {
+    std::string sName = sBaseName;
+    for (long i = 1; ChartNameInUse(sName); ++i) sName = sBaseName + " (" + std::to_string(i) + ")";
+    return sName;
+}
+
 void PSFunctions::CreateChartDoc() {
     try {
         c.oChartDoc = c.common->NewXMLDocument();
         auto oChart = c.oChartDoc->createElement("chart");
         c.sChartID = NextChartID();
 
-        std::string sBaseName = "Chart" + host::Mid(c.sChartID, host::Len(sChartIDPrefix) + 1);
-        std::string sName = sBaseName;
-        for (long i = 1; ChartNameInUse(sName); ++i) sName = sBaseName + " (" + std::to_string(i) + ")";
+        std::string sName = FreeChartName("Chart" + host::Mid(c.sChartID, host::Len(sChartIDPrefix) + 1));
 
         oChart.setAttribute("ps-chart-schema-version", sChartSchemaVersion);
         oChart.setAttribute("id", c.sChartID);

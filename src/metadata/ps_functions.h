@@ -77,6 +77,17 @@ public:
     std::string NextChartID();
     // Whether a chart other than sChartID bears this name, ignoring case.
     bool ChartNameInUse(const std::string& sName);
+    // sBaseName, or the first of "sBaseName (1)", "sBaseName (2)" ... that ChartNameInUse lets pass.
+    std::string FreeChartName(const std::string& sBaseName);
+
+    // ---- placing a chart (chart_location.cpp): the last steps of the Chart Location page
+    // A new visible worksheet behind the last sheet, made active, without grid lines and headings;
+    // false when the host refuses the name, and the sheet that was active is active again.
+    bool CreateChartWorksheet(const std::string& sSheetName);
+    // oChartDoc (sChartID) stands on sSheetName: the sheet is recorded and activated, the document
+    // saved, a chart that colCharts doesn't hold yet gets its empty frame, and the document enters
+    // colCharts. The caller has set the name. False after an error, which was reported.
+    bool PlaceChartDefinition(const std::string& sSheetName);
     // Puts the empty frame of a new chart on a sheet and enters its chart in colChartObjects.
     void CreateEmptyChart(const std::string& sSheetName, const std::string& sChartID);
     // Carries renamed columns of one table into the chart definitions that use it, and saves all.
