@@ -11,16 +11,23 @@ void Refuse(const std::string& description) { throw host::Error(host::err::Appli
 void NotAvailable(const char* member) { Refuse(std::string(member) + " is not available in this engine yet."); }
 
 namespace {
-// The window shows the active sheet; the engine keeps its two switches per application.
+// The window shows the active sheet of the active workbook; its switches are that sheet's view,
+// saved with it.
 class WindowImpl : public host::Window {
 public:
-    bool DisplayGridlines() override { return gridlines_; }
-    void SetDisplayGridlines(bool v) override { gridlines_ = v; }
-    bool DisplayHeadings() override { return headings_; }
-    void SetDisplayHeadings(bool v) override { headings_ = v; }
+    explicit WindowImpl(AppImpl& app) : app_(app) {}
+    bool DisplayGridlines() override { return Sheet().ViewFlag("showGridLines"); }
+    void SetDisplayGridlines(bool v) override { Sheet().SetViewFlag("showGridLines", v); }
+    bool DisplayHeadings() override { return Sheet().ViewFlag("showRowColHeaders"); }
+    void SetDisplayHeadings(bool v) override { Sheet().SetViewFlag("showRowColHeaders", v); }
 
 private:
-    bool gridlines_ = true, headings_ = true;
+    SheetImpl& Sheet() {
+        auto book = app_.ActiveWorkbook();
+        if (!book) Refuse("Object variable or With block variable not set");
+        return dynamic_cast<SheetImpl&>(*book->ActiveSheet());
+    }
+    AppImpl& app_;
 };
 }  // namespace
 
@@ -34,7 +41,7 @@ host::Ref<host::Chart> AppImpl::ActiveChart() { return nullptr; }  // nothing is
 
 host::Ref<host::Window> AppImpl::ActiveWindow() {
     if (!active_) return nullptr;
-    if (!window_) window_ = std::make_shared<WindowImpl>();
+    if (!window_) window_ = std::make_shared<WindowImpl>(*this);
     return window_;
 }
 

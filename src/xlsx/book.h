@@ -155,6 +155,9 @@ public:
     // Before a save: tabSelected of the sheet view (written only when it changed) and, for an
     // edited sheet, the dimension.
     void PrepareSave(bool selected);
+    // A switch of the sheet's view (showGridLines, showRowColHeaders), on unless the file says off.
+    bool ViewFlag(const char* attribute);
+    void SetViewFlag(const char* attribute, bool on);
     Book& book() { return book_; }
     Drawing& drawing();  // the sheet's shapes, made on first use
 

@@ -139,6 +139,31 @@ pugi::xml_node SheetImpl::SheetData() {
     return sd;
 }
 
+bool SheetImpl::ViewFlag(const char* attribute) {
+    if (chartsheet_) return true;
+    return Root(false).child("sheetViews").child("sheetView").attribute(attribute).as_bool(true);
+}
+
+void SheetImpl::SetViewFlag(const char* attribute, bool on) {
+    if (chartsheet_ || ViewFlag(attribute) == on) return;
+    auto root = Root(true);
+    auto views = root.child("sheetViews");
+    if (!views) {
+        pugi::xml_node after;
+        for (const char* n : {"sheetPr", "dimension"})
+            if (root.child(n)) after = root.child(n);
+        views = after ? root.insert_child_after("sheetViews", after) : root.prepend_child("sheetViews");
+    }
+    auto view = views.child("sheetView");
+    if (!view) {
+        view = views.append_child("sheetView");
+        view.append_attribute("workbookViewId") = "0";
+    }
+    // The default is on: an "on" is written by leaving the attribute out, as the application does.
+    view.remove_attribute(attribute);
+    if (!on) view.append_attribute(attribute) = "0";
+}
+
 void SheetImpl::PrepareSave(bool selected) {
     if (chartsheet_) return;
     auto view = Root(false).child("sheetViews").child("sheetView");

@@ -200,6 +200,23 @@ TEST(Workbook, ApplicationPropertiesAndMacros) {
     wb->SetColors(3, 0x123456);
     EXPECT_EQ(wb->Colors(3), 0x123456);
     EXPECT_EQ(ErrorNumberOf([&] { wb->Colors(57); }), 9);
+
+    // The window's grid lines and headings belong to the sheet shown, and are saved with it.
+    auto charts = wb->Worksheets()->Add(nullptr, wb->Worksheets()->Item(1L));
+    charts->Activate();
+    app->ActiveWindow()->SetDisplayGridlines(false);
+    app->ActiveWindow()->SetDisplayHeadings(false);
+    wb->Worksheets()->Item(1L)->Activate();
+    EXPECT_TRUE(app->ActiveWindow()->DisplayGridlines());
+    auto path = ts::ScratchDir("window-view") / "view.xlsx";
+    wb->SaveAs(path.string());
+    auto app2 = xlsx::NewApplication();
+    auto reopened = app2->Open(path.string());
+    EXPECT_TRUE(app2->ActiveWindow()->DisplayHeadings()) << "the first sheet is shown";
+    reopened->Worksheets()->Item(2L)->Activate();
+    EXPECT_FALSE(app2->ActiveWindow()->DisplayGridlines());
+    EXPECT_FALSE(app2->ActiveWindow()->DisplayHeadings());
+    if (ts::HaveValidator()) EXPECT_EQ(ts::ValidateXlsx({path}).status, 0);
 }
 
 }  // namespace
