@@ -21,6 +21,7 @@ class Clock;
 class CommonFunctions;
 class PSFunctions;
 class PSChartBuilder;
+class PSRevEngineerChart;
 class PSController;
 class frmPSSelectAction;
 class frmPSSelectTable;
@@ -72,6 +73,7 @@ public:
     std::unique_ptr<CommonFunctions> common;
     std::unique_ptr<PSFunctions> functions;
     std::unique_ptr<PSChartBuilder> builder;
+    std::unique_ptr<PSRevEngineerChart> readback;
     std::unique_ptr<PSController> controller;
 
     // Page instances, made on first use and kept; unloaded between uses.

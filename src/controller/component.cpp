@@ -7,6 +7,7 @@
 #include "metadata/ps_functions.h"
 #include "pages/select_action.h"
 #include "pages/wizard_pages.h"
+#include "readback/ps_rev_engineer_chart.h"
 
 namespace ps {
 
@@ -15,6 +16,7 @@ Component::Component(forms::FrontEnd& frontEnd, forms::Dialogs& dialogs, Clock& 
       common(std::make_unique<CommonFunctions>(*this)),
       functions(std::make_unique<PSFunctions>(*this)),
       builder(std::make_unique<PSChartBuilder>(*this)),
+      readback(std::make_unique<PSRevEngineerChart>(*this)),
       controller(std::make_unique<PSController>(*this)) {}
 
 Component::~Component() = default;

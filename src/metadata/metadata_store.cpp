@@ -8,6 +8,7 @@
 #include "host/constants.h"
 #include "host/workbook.h"
 #include "metadata/ps_functions.h"
+#include "readback/ps_rev_engineer_chart.h"
 
 namespace ps {
 
@@ -91,8 +92,11 @@ bool PSFunctions::LoadChartDefinitionRow(const std::string& sText) {
     return true;
 }
 
-void PSFunctions::ReadBackChart(const dom::DocumentRef&, const host::Ref<host::Chart>&, const host::Ref<host::Shape>&) {
-    // Call point of the read-back: RevEngineerChart (unguarded, its failure is the row's), then RevEngineerComment.
+void PSFunctions::ReadBackChart(const dom::DocumentRef& oDoc, const host::Ref<host::Chart>& oChart,
+                                const host::Ref<host::Shape>& oComment) {
+    // RevEngineerChart has no error block: its failure is the row's.
+    c.readback->RevEngineerChart(oChart, oDoc);
+    c.readback->RevEngineerComment(oComment, oDoc);
 }
 
 // ---------------------------------------------------------------- charts on sheets
