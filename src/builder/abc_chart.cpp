@@ -55,12 +55,6 @@ double ValOf(const Variant& v) { return host::Val(host::CStr(v)); }
 
 }  // namespace
 
-std::string PSChartBuilder::DataSheetPrefix() { return std::string("=") + sDataSheet + "!R"; }
-
-long PSChartBuilder::StartRow(const dom::Element& oChartElement) {
-    return host::CLng(c.common->GetAttributeText(oChartElement, "data-start-row"));
-}
-
 void PSChartBuilder::PopulateABCChart(const dom::Element& oChartElement) {
     try {
         long S = StartRow(oChartElement);
@@ -89,21 +83,22 @@ void PSChartBuilder::PopulateABCChart(const dom::Element& oChartElement) {
     }
 }
 
-void PSChartBuilder::SetABCChartAttributes(const dom::Element& oChartElement) {
-    try {
-        auto& cf = *c.common;
-        auto& oChart = Obj(mChart);
-        ApplyTitle(oChartElement);
-        if (auto oSeriesNode = oChartElement.selectSingleNode("series"))
-            oChart.SetHasLegend(cf.GetAttributeText(oSeriesNode, "headings-in") != "none");
+// Title, legend from the series headings, axis titles and their fonts, the linked number format and
+// the titles' orientation: the first steps of area, bar, column and bucket charts alike.
+void PSChartBuilder::ApplyTitleAndAxes(const dom::Element& oChartElement, bool bYieldPerAxis) {
+    auto& cf = *c.common;
+    auto& oChart = Obj(mChart);
+    ApplyTitle(oChartElement);
+    if (auto oSeriesNode = oChartElement.selectSingleNode("series"))
+        oChart.SetHasLegend(cf.GetAttributeText(oSeriesNode, "headings-in") != "none");
 
-        oChart.Axes(host::xlValue, host::xlPrimary)->SetHasTitle(false);
-        oChart.Axes(host::xlCategory, host::xlPrimary)->SetHasTitle(false);
-        if (auto oAxes = oChartElement.selectSingleNode("axes")) {
-            for (auto oAxis : oAxes.selectNodes("axis")) {
-                std::string sType = cf.GetAttributeText(oAxis, "type");
-                std::string sLabel = cf.GetAttributeText(oAxis, "label");
-                if ((sType != "label" && sType != "value") || sLabel.empty()) continue;
+    oChart.Axes(host::xlValue, host::xlPrimary)->SetHasTitle(false);
+    oChart.Axes(host::xlCategory, host::xlPrimary)->SetHasTitle(false);
+    if (auto oAxes = oChartElement.selectSingleNode("axes")) {
+        for (auto oAxis : oAxes.selectNodes("axis")) {
+            std::string sType = cf.GetAttributeText(oAxis, "type");
+            std::string sLabel = cf.GetAttributeText(oAxis, "label");
+            if ((sType == "label" || sType == "value") && !sLabel.empty()) {
                 bool bLabel = sType == "label";
                 long k = bLabel ? host::xlCategory : host::xlValue;
                 oChart.SetHasAxis(k, true);
@@ -116,19 +111,29 @@ void PSChartBuilder::SetABCChartAttributes(const dom::Element& oChartElement) {
                 oFont->SetName(bLabel ? mLabelAxisFontName : mValueAxisFontName);
                 oFont->SetColor(bLabel ? mLabelAxisFontColor : mValueAxisFontColor);
                 oFont->SetFontStyle(bLabel ? mLabelAxisFontStyle : mValueAxisFontStyle);
-                oTitle->SetAutoScaleFont(CommonFunctions::SafeBool(bLabel ? mLabelAxisFontAutoScale : mValueAxisFontAutoScale));
+                oTitle->SetAutoScaleFont(
+                    CommonFunctions::SafeBool(bLabel ? mLabelAxisFontAutoScale : mValueAxisFontAutoScale));
             }
+            if (bYieldPerAxis) cf.YieldToHost();
         }
+    }
 
-        if (host::CBool(oChart.HasAxis(host::xlValue)))
-            oChart.Axes(host::xlValue, host::xlPrimary)->TickLabels()->SetNumberFormatLinked(true);
+    if (host::CBool(oChart.HasAxis(host::xlValue)))
+        oChart.Axes(host::xlValue, host::xlPrimary)->TickLabels()->SetNumberFormatLinked(true);
 
-        bool bBar = mChartType == "bar";
-        auto oValueAxis = oChart.Axes(host::xlValue, host::xlPrimary);
-        if (oValueAxis->HasTitle()) oValueAxis->AxisTitle()->SetOrientation(bBar ? host::xlHorizontal : host::xlUpward);
-        auto oCategoryAxis = oChart.Axes(host::xlCategory, host::xlPrimary);
-        if (oCategoryAxis->HasTitle())
-            oCategoryAxis->AxisTitle()->SetOrientation(bBar ? host::xlUpward : host::xlHorizontal);
+    bool bBar = mChartType == "bar";
+    auto oValueAxis = oChart.Axes(host::xlValue, host::xlPrimary);
+    if (oValueAxis->HasTitle()) oValueAxis->AxisTitle()->SetOrientation(bBar ? host::xlHorizontal : host::xlUpward);
+    auto oCategoryAxis = oChart.Axes(host::xlCategory, host::xlPrimary);
+    if (oCategoryAxis->HasTitle())
+        oCategoryAxis->AxisTitle()->SetOrientation(bBar ? host::xlUpward : host::xlHorizontal);
+}
+
+void PSChartBuilder::SetABCChartAttributes(const dom::Element& oChartElement) {
+    try {
+        auto& cf = *c.common;
+        auto& oChart = Obj(mChart);
+        ApplyTitleAndAxes(oChartElement, false);
 
         bool bShowValues = false;
         if (auto oLabels = oChartElement.selectSingleNode("data-labels"))

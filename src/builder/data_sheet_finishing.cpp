@@ -13,10 +13,6 @@ namespace ps {
 
 namespace {
 
-host::Ref<host::Worksheet> DataSheet(Component& c) {
-    return Obj(c.oWorkbook).Worksheets()->Item(std::string(sDataSheet));
-}
-
 // The range between two cells, given by their addresses as the host's Range(cell1, cell2) takes them.
 host::Ref<host::Range> Between(host::Worksheet& ws, long lRow1, long lColumn1, long lRow2, long lColumn2) {
     return ws.Range(ws.Cells(lRow1, lColumn1)->Address() + ":" + ws.Cells(lRow2, lColumn2)->Address());
@@ -28,7 +24,7 @@ bool PSChartBuilder::SortDataSheet(const dom::Element& oChartElement) {
     try {
         if (mChartType == "bubble") {
             long S = StartRow(oChartElement);
-            auto oSheet = DataSheet(c);
+            auto oSheet = DataSheet();
             auto& ws = *oSheet;
             // The header row stays on top; the largest bubble comes first, to be drawn behind.
             Between(ws, S, 1, S + mCategoryCount, 6)
@@ -39,7 +35,7 @@ bool PSChartBuilder::SortDataSheet(const dom::Element& oChartElement) {
             // A sort-order without its direction is an error of the definition: Null is no text.
             std::string sSort = host::CStr(oSortOrder.getAttribute("sort"));
             long S = StartRow(oChartElement);
-            auto oSheet = DataSheet(c);
+            auto oSheet = DataSheet();
             auto& ws = *oSheet;
             // The header and the bucket pseudo-row stay out of the range.
             Between(ws, S + 2, 1, S + mCategoryCount, mSeriesCount + 2)
@@ -62,7 +58,7 @@ void PSChartBuilder::AdjustBubbleSizes(const dom::Element& oChartNode) {
                 if (cf.GetAttributeText(oAttribute, "setting") == "show-zero-bubbles") bShowZeroBubbles = true;
 
         long S = StartRow(oChartNode);
-        auto oSheet = DataSheet(c);
+        auto oSheet = DataSheet();
         // The sort has put the largest bubble first.
         double dLargest = host::CDbl(cf.GetCellValue(oSheet, S + 1, 6, 1));
         double dSmallest = dLargest <= 0 ? 1.0 : dLargest / 500;
@@ -81,7 +77,7 @@ void PSChartBuilder::InsertBucketData(const dom::Element& oChartElement) {
     try {
         auto& cf = *c.common;
         long S = StartRow(oChartElement);
-        auto oSheet = DataSheet(c);
+        auto oSheet = DataSheet();
         for (const auto& [sBucket, dValue] : Obj(mStrategicBuckets).Entries()) {
             oSheet->Cells(S + 1, Position(Obj(mSeriesPositions).Item(sBucket)) + 2)->SetValue(dValue);
             cf.YieldToHost();

@@ -18,6 +18,16 @@ void CallMacro(Component& c, const char* sMacro, const std::vector<host::Variant
 }
 }  // namespace
 
+std::string PSChartBuilder::DataSheetPrefix() { return std::string("=") + sDataSheet + "!R"; }
+
+long PSChartBuilder::StartRow(const dom::Element& oChartElement) {
+    return host::CLng(c.common->GetAttributeText(oChartElement, "data-start-row"));
+}
+
+host::Ref<host::Worksheet> PSChartBuilder::DataSheet() {
+    return Obj(c.oWorkbook).Worksheets()->Item(std::string(sDataSheet));
+}
+
 bool PSChartBuilder::OlderHost() { return host::Val(Obj(c.oApplication).Version()) <= 11.0; }
 
 // A refresh run works under the hourglass with manual calculation and the screen off; what it
@@ -218,29 +228,6 @@ void PSChartBuilder::CrosshatchChartArea() {
     oFill->ForeColor()->SetSchemeColor(15);
     oFill->BackColor()->SetSchemeColor(2);
     oFill->SetVisible(host::msoTrue);
-}
-
-// ---------------------------------------------------------------- steps still to come
-// Each is called where it belongs in a build and does nothing yet.
-
-void PSChartBuilder::PopulateBubbleChart(const dom::Element&) {
-    // Drawing the series of bubble charts isn't built yet.
-}
-
-void PSChartBuilder::SetBubbleChartAttributes(const dom::Element&) {
-    // The attributes of bubble charts aren't built yet.
-}
-
-void PSChartBuilder::SetBubbleChartQuadrants(const dom::Element&) {
-    // The quadrant lines of bubble charts aren't built yet.
-}
-
-void PSChartBuilder::PopulateStrBuckChart(const dom::Element&) {
-    // Drawing the series of strategic bucket charts isn't built yet.
-}
-
-void PSChartBuilder::SetStrBuckChartAttributes(const dom::Element&) {
-    // The attributes of strategic bucket charts aren't built yet.
 }
 
 }  // namespace ps

@@ -60,6 +60,9 @@ private:
     host::Variant vColor_, vColorIndex_, vPattern_, vPatternColor_, vPatternColorIndex_;
 };
 
+// The group of shapes that the component draws as the legend of bubble and bucket charts.
+inline constexpr const char* sDrawnLegend = "VEX_Legend";
+
 // A legend place not stored: the persisted left and top read this until the user drags the legend.
 inline constexpr double dUnsetLegendPlace = -1E+50;
 
@@ -130,6 +133,9 @@ public:
     host::Variant mValueAxisFontName, mValueAxisFontSize, mValueAxisFontStyle, mValueAxisFontColor,
         mValueAxisFontAutoScale;
 
+    // The colour of each distinct series name of a bubble or bucket chart, for the drawn legend.
+    CollectionRef<std::shared_ptr<CPSColor>> mSeriesColors;
+
     // ---- drawing, by family; each reports its own failure and leaves what it drew
     void RetrievePersistedProperties(const dom::Element& oChartElement);
     void PopulateABCChart(const dom::Element& oChartElement);
@@ -137,10 +143,18 @@ public:
     void ApplyLegendAttributes();
     // The definition's title, or none; data labels of one type and place in the persisted label font.
     void ApplyTitle(const dom::Element& oChartElement);
+    void ApplyTitleAndAxes(const dom::Element& oChartElement, bool bYieldPerAxis);
     void LabelAllSeries(long lType, long lPosition);
     void PopulatePieChart(const dom::Element& oChartElement);
     void SetPieChartAttributes(const dom::Element& oChartElement);
     void SetChartComment(const dom::Element& oChartElement);
+    void PopulateBubbleChart(const dom::Element& oChartElement);
+    void SetBubbleChartAttributes(const dom::Element& oChartElement);
+    void SetBubbleChartQuadrants(const dom::Element& oChartElement);
+    void PopulateStrBuckChart(const dom::Element& oChartElement);
+    void SetStrBuckChartAttributes(const dom::Element& oChartElement);
+    // Draws the legend of shapes on the chart, or with False takes it away.
+    void BuildChartLegend(bool bDraw);
 
 private:
     // A position read from a map dictionary: a key never numbered reads Empty, which counts 0.
@@ -159,15 +173,22 @@ private:
     // Finishing and drawing by family.
     void AdjustBubbleSizes(const dom::Element& oChartNode);
     void InsertBucketData(const dom::Element& oChartElement);
-    void PopulateBubbleChart(const dom::Element& oChartElement);
-    void SetBubbleChartAttributes(const dom::Element& oChartElement);
-    void SetBubbleChartQuadrants(const dom::Element& oChartElement);
-    void PopulateStrBuckChart(const dom::Element& oChartElement);
-    void SetStrBuckChartAttributes(const dom::Element& oChartElement);
     // The block's header row on the data sheet, from the definition.
     long StartRow(const dom::Element& oChartElement);
     // "=VEX_ChartData!R": the start of every R1C1 reference into the data block.
     static std::string DataSheetPrefix();
+    host::Ref<host::Worksheet> DataSheet();
+
+    // The colours the host gives new series of a bubble or bucket chart, one per distinct name.
+    struct SeriesColors {
+        host::Collection<std::shared_ptr<CPSColor>> colSeriesColors;  // by "KEY" and the series' number
+        host::Collection<std::shared_ptr<CPSColor>> colNamedColors;   // by name
+        long lSeriesCount = 0;
+        long lColorCount = 0;
+    };
+    void TakeSeriesColor(host::Series& oSeries, const std::string& sName, SeriesColors& k);
+    static void PaintSeries(host::Series& oSeries, const CPSColor& oColor);
+    void ApplyFamilyLegend(const std::string& sWhere);
 
     Component& c;
 };

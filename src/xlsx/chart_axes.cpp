@@ -60,8 +60,8 @@ class TickLabelsImpl : public TickLabelsBase {
 public:
     TickLabelsImpl(DocPtr d, std::function<pugi::xml_node(bool)> axis) : d_(std::move(d)), axis_(std::move(axis)) {}
     Ref<host::Font> Font() override { return MakeFont(d_, Holder{axis_, &kAxOrder, 0xFFFFFF, 9}); }
-    Variant AutoScaleFont() override { return AutoScaleFontValue(); }
-    void SetAutoScaleFont(const Variant& v) override { CheckAutoScaleFont(v); }
+    Variant AutoScaleFont() override { return AutoScaleFontOf(Holder{axis_, &kAxOrder, 0xFFFFFF, 9}); }
+    void SetAutoScaleFont(const Variant& v) override { SetAutoScaleFontOf(*d_, Holder{axis_, &kAxOrder, 0xFFFFFF, 9}, v); }
     std::string NumberFormat() override {
         auto nf = Kid(axis_(false), "numFmt");
         return nf ? nf.attribute("formatCode").value() : "General";
@@ -97,6 +97,18 @@ private:
     DocPtr d_;
     std::function<pugi::xml_node(bool)> axis_;
 };
+
+const std::vector<std::string_view> kDispUnitsOrder = {"custUnit", "builtInUnit", "dispUnitsLbl", "extLst"};
+struct Unit {
+    long xl;
+    const char* name;
+    double factor;
+};
+const Unit kUnits[] = {{host::xlHundreds, "hundreds", 1e2},          {host::xlThousands, "thousands", 1e3},
+                       {host::xlTenThousands, "tenThousands", 1e4},  {-5, "hundredThousands", 1e5},
+                       {host::xlMillions, "millions", 1e6},          {-7, "tenMillions", 1e7},
+                       {-8, "hundredMillions", 1e8},                 {host::xlThousandMillions, "billions", 1e9},
+                       {host::xlMillionMillions, "trillions", 1e12}};
 
 class AxisImpl : public AxisBase {
 public:
@@ -190,6 +202,52 @@ public:
             Refuse("Unable to set the ScaleType property of the Axis class");
         }
     }
+    long DisplayUnit() override {
+        auto du = Kid(N(false), "dispUnits");
+        if (!du) return host::xlNone;
+        if (Kid(du, "custUnit")) return host::xlCustom;
+        std::string unit = Val(du, "builtInUnit");
+        for (auto& u : kUnits)
+            if (unit == u.name) return u.xl;
+        return host::xlNone;
+    }
+    void SetDisplayUnit(long v) override {
+        if (v == host::xlNone) {
+            if (Kid(N(false), "dispUnits")) RemoveL(N(true), "dispUnits");
+            return;
+        }
+        if (v == host::xlCustom) return SetDisplayUnitCustom(DisplayUnitCustom());
+        const char* unit = nullptr;
+        for (auto& u : kUnits)
+            if (u.xl == v) unit = u.name;
+        if (!unit || LocalName(N(false)) != "valAx") Refuse("Unable to set the DisplayUnit property of the Axis class");
+        auto du = Units();
+        RemoveL(du, "custUnit");
+        SetVal(du, "builtInUnit", unit, kDispUnitsOrder, d_->c);
+    }
+    double DisplayUnitCustom() override {
+        auto du = Kid(N(false), "dispUnits");
+        if (auto c = Kid(du, "custUnit")) return c.attribute("val").as_double();
+        for (auto& u : kUnits)
+            if (Val(du, "builtInUnit") == u.name) return u.factor;
+        return 1;
+    }
+    void SetDisplayUnitCustom(double v) override {
+        if (v <= 0 || LocalName(N(false)) != "valAx") Refuse("Unable to set the DisplayUnitCustom property of the Axis class");
+        auto du = Units();
+        RemoveL(du, "builtInUnit");
+        SetVal(du, "custUnit", host::NumberToText(v), kDispUnitsOrder, d_->c);
+    }
+    bool HasDisplayUnitLabel() override { return bool(Kid(Kid(N(false), "dispUnits"), "dispUnitsLbl")); }
+    void SetHasDisplayUnitLabel(bool v) override {
+        if (!Kid(N(false), "dispUnits")) {
+            if (!v) return;
+            Refuse("Unable to set the HasDisplayUnitLabel property of the Axis class");
+        }
+        auto du = Units();
+        if (!v) RemoveL(du, "dispUnitsLbl");
+        else Ensure(du, "dispUnitsLbl", kDispUnitsOrder, d_->c);
+    }
     double LogBase() override { return std::atof(Val(Scaling(false), "logBase", "10").c_str()); }
     void SetLogBase(double v) override {
         if (v < 2 || v > 1000) Refuse("Unable to set the LogBase property of the Axis class");
@@ -274,12 +332,26 @@ private:
         std::string pos = Val(N(false), "axPos", "b");
         return pos == "l" || pos == "r";
     }
+    // New gridlines get the application's light grey line written out: readers without its
+    // defaults (LibreOffice) draw no line for bare gridlines.
     void Toggle(const char* which, bool on) {
         auto ax = N(true);
-        if (!on) RemoveL(ax, which);
-        else Ensure(ax, which, kAxOrder, d_->c);
+        if (!on) return RemoveL(ax, which);
+        if (Kid(ax, which)) return;
+        auto ln = InsertAt(ax, which, kAxOrder, d_->c).append_child(d_->C("spPr").c_str()).append_child(d_->A("ln").c_str());
+        ln.append_attribute("w") = "9525";
+        ln.append_child(d_->A("solidFill").c_str()).append_child(d_->A("srgbClr").c_str()).append_attribute("val") = "D9D9D9";
     }
     bool IsValueScale() { return LocalName(N(false)) == "valAx" || LocalName(N(false)) == "dateAx"; }
+    pugi::xml_node Units() {
+        auto ax = N(true);
+        auto du = Kid(ax, "dispUnits");
+        if (!du) {
+            du = InsertAt(ax, "dispUnits", kAxOrder, d_->c);
+            du.append_child(d_->C("builtInUnit").c_str()).append_attribute("val") = "thousands";
+        }
+        return du;
+    }
     void ValueOnly(const char* member) {
         if (!IsValueScale()) Refuse(std::string("Unable to get the ") + member + " property of the Axis class");
     }

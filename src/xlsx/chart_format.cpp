@@ -25,6 +25,16 @@ const char* kPatterns[] = {
     "cross", "dnDiag", "upDiag", "diagCross"};
 constexpr long kPatternCount = sizeof(kPatterns) / sizeof(kPatterns[0]);
 
+// The patterns of the older interior model, drawn with the DrawingML presets that look like them.
+const std::pair<long, const char*> kInteriorPatterns[] = {
+    {host::xlPatternGray75, "pct75"}, {host::xlPatternGray50, "pct50"}, {host::xlPatternGray25, "pct25"},
+    {host::xlPatternGray16, "pct20"}, {host::xlPatternGray8, "pct10"}, {host::xlPatternHorizontal, "dkHorz"},
+    {host::xlPatternVertical, "dkVert"}, {host::xlPatternDown, "dkDnDiag"}, {host::xlPatternUp, "dkUpDiag"},
+    {host::xlPatternChecker, "smCheck"}, {host::xlPatternSemiGray75, "trellis"},
+    {host::xlPatternLightHorizontal, "ltHorz"}, {host::xlPatternLightVertical, "ltVert"},
+    {host::xlPatternLightDown, "ltDnDiag"}, {host::xlPatternLightUp, "ltUpDiag"}, {host::xlPatternGrid, "smGrid"},
+    {host::xlPatternCrissCross, "openDmnd"}};
+
 pugi::xml_node FillOf(pugi::xml_node spPr) {
     for (auto f : kFills)
         if (auto n = Kid(spPr, f)) return n;
@@ -127,10 +137,13 @@ public:
         if (LocalName(f) == "solidFill") return ColorOf(*d_, f, h_.autoColor);
         return h_.autoColor;
     }
+    // On a pattern the colour is that of the pattern's foreground, and the pattern stays.
     void SetColor(const Variant& v) override {
         long rgb = host::CLng(v);
         if (rgb < 0 || rgb > 0xFFFFFF) Refuse("Unable to set the Color property of the Interior class");
-        SetSolid(*d_, SpPr(*d_, h_, true), kSpPrOrder, rgb);
+        auto sp = SpPr(*d_, h_, true);
+        if (auto f = FillOf(sp); f && LocalName(f) == "pattFill") return SetPatternPart(f, "fgClr", rgb);
+        SetSolid(*d_, sp, kSpPrOrder, rgb);
     }
     Variant ColorIndex() override {
         auto f = FillOf(SpPr(*d_, h_, false));
@@ -147,6 +160,7 @@ public:
         } else if (i == host::xlColorIndexAutomatic) {
             ClearFills(sp);
         } else if (i >= 1 && i <= 56) {
+            if (auto f = FillOf(sp); f && LocalName(f) == "pattFill") return SetPatternPart(f, "fgClr", d_->PaletteRgb(i));
             SetSolid(*d_, sp, kSpPrOrder, d_->PaletteRgb(i));
         } else {
             Refuse("Unable to set the ColorIndex property of the Interior class");
@@ -154,17 +168,73 @@ public:
     }
     Variant Pattern() override {
         auto f = FillOf(SpPr(*d_, h_, false));
-        if (f && LocalName(f) == "noFill") return host::xlNone;
-        if (f && LocalName(f) == "pattFill") NotAvailable("Interior.Pattern");  // Fill.Pattern reads it
-        return host::xlSolid;
+        if (f && LocalName(f) == "noFill") return host::xlPatternNone;
+        if (f && LocalName(f) == "pattFill") {
+            std::string_view prst = f.attribute("prst").value();
+            for (auto& [xl, name] : kInteriorPatterns)
+                if (prst == name) return xl;
+            return host::xlPatternAutomatic;
+        }
+        return host::xlPatternSolid;
+    }
+    void SetPattern(const Variant& v) override {
+        long p = host::CLng(v);
+        auto sp = SpPr(*d_, h_, true);
+        auto f = FillOf(sp);
+        bool patterned = f && LocalName(f) == "pattFill";
+        if (p == host::xlPatternNone) {
+            ClearFills(sp);
+            InsertAt(sp, "noFill", kSpPrOrder, d_->a);
+            return;
+        }
+        if (p == host::xlPatternSolid || p == host::xlPatternAutomatic) {
+            if (patterned) SetSolid(*d_, sp, kSpPrOrder, ColorOf(*d_, Kid(f, "fgClr"), h_.autoColor));
+            return;
+        }
+        const char* prst = nullptr;
+        for (auto& [xl, name] : kInteriorPatterns)
+            if (xl == p) prst = name;
+        if (!prst) Refuse("Unable to set the Pattern property of the Interior class");
+        long fg = host::CLng(Color());
+        long bg = patterned ? ColorOf(*d_, Kid(f, "bgClr"), 0xFFFFFF) : 0xFFFFFF;
+        ClearFills(sp);
+        auto fill = InsertAt(sp, "pattFill", kSpPrOrder, d_->a);
+        fill.append_attribute("prst") = prst;
+        SetPatternPart(fill, "fgClr", fg);
+        SetPatternPart(fill, "bgClr", bg);
     }
     Variant PatternColor() override {
         auto f = FillOf(SpPr(*d_, h_, false));
         if (f && LocalName(f) == "pattFill") return ColorOf(*d_, Kid(f, "bgClr"), 0xFFFFFF);
         return 0;
     }
+    // Without a pattern the file has no place for a pattern colour: it is not kept.
+    void SetPatternColor(const Variant& v) override {
+        long rgb = host::CLng(v);
+        if (rgb < 0 || rgb > 0xFFFFFF) Refuse("Unable to set the PatternColor property of the Interior class");
+        auto f = FillOf(SpPr(*d_, h_, false));
+        if (f && LocalName(f) == "pattFill") SetPatternPart(FillOf(SpPr(*d_, h_, true)), "bgClr", rgb);
+    }
+    Variant PatternColorIndex() override {
+        auto f = FillOf(SpPr(*d_, h_, false));
+        if (!f || LocalName(f) != "pattFill") return host::xlColorIndexAutomatic;
+        return NearestPaletteIndex(*d_, host::CLng(PatternColor()));
+    }
+    void SetPatternColorIndex(const Variant& v) override {
+        long i = host::CLng(v);
+        if (i == host::xlColorIndexAutomatic || i == host::xlColorIndexNone) return;
+        if (i < 1 || i > 56) Refuse("Unable to set the PatternColorIndex property of the Interior class");
+        SetPatternColor(d_->PaletteRgb(i));
+    }
 
 private:
+    void SetPatternPart(pugi::xml_node fill, const char* which, long rgb) {
+        d_->Touch();
+        auto c = Kid(fill, which);
+        if (!c) c = std::string_view(which) == "fgClr" ? fill.prepend_child(d_->A(which).c_str()) : fill.append_child(d_->A(which).c_str());
+        while (c.first_child()) c.remove_child(c.first_child());
+        c.append_child(d_->A("srgbClr").c_str()).append_attribute("val") = RgbToHex(rgb).c_str();
+    }
     DocPtr d_;
     Holder h_;
 };
@@ -349,8 +419,8 @@ public:
     Ref<host::Border> Border() override { return MakeBorder(d_, H()); }
     Ref<host::ChartFillFormat> Fill() override { return MakeFill(d_, H()); }
     Ref<host::Font> Font() override { return MakeFont(d_, H()); }
-    Variant AutoScaleFont() override { return AutoScaleFontValue(); }
-    void SetAutoScaleFont(const Variant& v) override { CheckAutoScaleFont(v); }
+    Variant AutoScaleFont() override { return AutoScaleFontOf(H()); }
+    void SetAutoScaleFont(const Variant& v) override { SetAutoScaleFontOf(*d_, H(), v); }
     double Left() override { return 0; }
     double Top() override { return 0; }
     double Width() override {
@@ -397,10 +467,12 @@ public:
     double Top() override { return Outer().top; }
     double Width() override { return Outer().width; }
     double Height() override { return Outer().height; }
-    void SetLeft(double v) override { auto b = Outer(); b.left = v; Place(b); }
-    void SetTop(double v) override { auto b = Outer(); b.top = v; Place(b); }
-    void SetWidth(double v) override { auto b = Outer(); b.width = v; Place(b); }
-    void SetHeight(double v) override { auto b = Outer(); b.height = v; Place(b); }
+    // The plot stays inside the chart: a place or size that would leave it is cut back, as the
+    // application does.
+    void SetLeft(double v) override { auto b = Outer(); b.left = std::clamp(v, 0.0, std::max(0.0, Size().width - b.width)); Place(b); }
+    void SetTop(double v) override { auto b = Outer(); b.top = std::clamp(v, 0.0, std::max(0.0, Size().height - b.height)); Place(b); }
+    void SetWidth(double v) override { auto b = Outer(); b.width = std::clamp(v, 0.0, std::max(0.0, Size().width - b.left)); Place(b); }
+    void SetHeight(double v) override { auto b = Outer(); b.height = std::clamp(v, 0.0, std::max(0.0, Size().height - b.top)); Place(b); }
     double InsideLeft() override { return Outer().left + (HasAxes() ? kLabelsLeft : 0); }
     double InsideTop() override { return Outer().top; }
     double InsideWidth() override { return std::max(0.0, Outer().width - (HasAxes() ? kLabelsLeft : 0)); }

@@ -14,6 +14,7 @@
 namespace xlsx {
 
 class Book;
+class Drawing;
 
 // One chart part: the DOM of the part stays the one truth; readers use Read, writers Edit.
 struct ChartDoc {
@@ -22,6 +23,7 @@ struct ChartDoc {
     std::weak_ptr<host::ChartObject> frame;
     std::string c = "c:";  // prefix of the chart namespace in this part
     std::string a = "a:";  // prefix of the DrawingML main namespace
+    std::shared_ptr<Drawing> shapes;  // the user shapes, made on first use
 
     ChartDoc(Book& b, std::string p);
     pugi::xml_node Root(bool edit);         // c:chartSpace
@@ -79,6 +81,12 @@ struct Holder {
     double defaultSize = 10;    // font size when nothing says
 };
 
+// AutoScaleFont (texts scaling with the chart, True unless told) has no element in the file
+// format: a False is kept in an extension of our own on the holder's element, present only while
+// False. `fallback` is read when the holder has none (a point's label inherits its series').
+Variant AutoScaleFontOf(const Holder& h, const Holder* fallback = nullptr);
+void SetAutoScaleFontOf(ChartDoc& doc, const Holder& h, const Variant& v);
+
 Ref<host::Interior> MakeInterior(DocPtr doc, Holder h);
 Ref<host::Border> MakeBorder(DocPtr doc, Holder h);
 Ref<host::ChartFillFormat> MakeFill(DocPtr doc, Holder h);
@@ -91,15 +99,16 @@ long ThemeColor(ChartDoc& doc, std::string_view name);
 long NearestPaletteIndex(ChartDoc& doc, long rgb);
 long SeriesAutoColor(ChartDoc& doc, long idx);
 
-// Texts scaling with the chart (AutoScaleFont) have no place in the file format: the value reads
-// False, and a written one is converted as the application converts it and changes nothing.
-inline Variant AutoScaleFontValue() { return false; }
-inline void CheckAutoScaleFont(const Variant& v) { (void)host::CBool(v); }
 
 // Orientation of the text of an element (xlHorizontal, xlUpward ... or degrees), from the body
 // properties of its rich text or its text properties.
 Variant TextOrientation(pugi::xml_node owner, long dflt);
 void SetTextOrientation(ChartDoc& doc, pugi::xml_node owner, const std::vector<std::string_view>& order, const Variant& v);
+
+// Alignment of the text of an element (xlCenter, xlLeft ... / xlTop ...).
+Variant TextAlignment(pugi::xml_node owner, bool vertical);
+void SetTextAlignment(ChartDoc& doc, pugi::xml_node owner, const std::vector<std::string_view>& order, bool vertical,
+                      const Variant& v, const char* refusal);
 
 // Rich text of titles.
 std::string RichText(ChartDoc& doc, pugi::xml_node tx);

@@ -8,6 +8,7 @@
 #include "host/error.h"
 #include "xlsx/book.h"
 #include "xlsx/chart_model.h"
+#include "xlsx/drawing.h"
 
 namespace xlsx {
 
@@ -245,6 +246,17 @@ public:
         if (indexOrName.IsString()) return sc->Item(indexOrName.RawString());
         return sc->Item(host::CLng(indexOrName));
     }
+    // Shapes drawn inside the chart keep their places as fractions of the chart's size.
+    Ref<host::Shapes> Shapes() override {
+        if (!d_->shapes) {
+            std::weak_ptr<host::ChartObject> frame = d_->frame;
+            d_->shapes = std::make_shared<Drawing>(d_->book, d_->part, [frame] {
+                if (auto f = frame.lock()) return PointRect{0, 0, f->Width(), f->Height()};
+                return PointRect{0, 0, 480, 288};
+            });
+        }
+        return MakeShapes(d_->shapes);
+    }
     Ref<host::ChartGroups> ChartGroups() override { return MakeChartGroups(d_); }
     Ref<host::ChartGroup> ChartGroups(long index) override { return MakeChartGroups(d_)->Item(index); }
     void ApplyDataLabels(long type, const Variant& legendKey, const Variant& autoText, const Variant& leader,
@@ -471,7 +483,12 @@ long GroupChartType(pugi::xml_node g, ChartDoc&) {
         if (style == "filled") return xlRadarFilled;
         return GroupMarkers(g, style == "marker") ? xlRadarMarkers : xlRadar;
     }
-    if (l == "bubbleChart") return BoolVal(g, "bubble3D", false) ? xlBubble3DEffect : xlBubble;
+    if (l == "bubbleChart") {
+        // the application writes the 3-D effect on each series, the group's own is optional
+        bool threeD = BoolVal(g, "bubble3D", false);
+        if (auto first = Kid(g, "ser"); first && Kid(first, "bubble3D")) threeD = BoolVal(first, "bubble3D", false);
+        return threeD ? xlBubble3DEffect : xlBubble;
+    }
     if (l == "surfaceChart") return BoolVal(g, "wireframe", false) ? xlSurfaceTopViewWireframe : xlSurfaceTopView;
     if (l == "surface3DChart") return BoolVal(g, "wireframe", false) ? xlSurfaceWireframe : xlSurface;
     if (l == "stockChart") return ChildrenL(g, "ser").size() >= 4 ? xlStockOHLC : xlStockHLC;
@@ -503,6 +520,7 @@ struct TypeSpec {
     bool smooth = false;
     bool lines = true;
     const char* style = nullptr;  // scatterStyle, radarStyle
+    bool bubble3D = false;
 };
 
 TypeSpec SpecOf(long t) {
@@ -551,6 +569,7 @@ TypeSpec SpecOf(long t) {
     case xlRadarMarkers: s.family = Family::Radar; s.group = "radarChart"; s.style = "marker"; s.markers = true; break;
     case xlRadarFilled: s.family = Family::Radar; s.group = "radarChart"; s.style = "filled"; break;
     case xlBubble: s.family = Family::Bubble; s.group = "bubbleChart"; break;
+    case xlBubble3DEffect: s.family = Family::Bubble; s.group = "bubbleChart"; s.bubble3D = true; break;
     default: break;
     }
     return s;
@@ -646,6 +665,12 @@ void ConformSeries(pugi::xml_node ser, const TypeSpec& typeSpec, ChartDoc& doc) 
     if (typeSpec.family == Family::Bar || typeSpec.family == Family::Bubble) {
         if (!Kid(ser, "invertIfNegative")) SetVal(ser, "invertIfNegative", "0", kSerOrder, doc.c);
     }
+    if (typeSpec.family == Family::Bubble) {
+        const char* on = typeSpec.bubble3D ? "1" : "0";
+        SetVal(ser, "bubble3D", on, kSerOrder, doc.c);
+        for (auto dpt : ChildrenL(ser, "dPt"))
+            SetVal(dpt, "bubble3D", on, {"idx", "invertIfNegative", "marker", "bubble3D", "explosion", "spPr"}, doc.c);
+    }
 }
 
 pugi::xml_node FillIn(pugi::xml_node parent) {
@@ -733,6 +758,7 @@ void FillGroup(pugi::xml_node g, const TypeSpec& typeSpec, ChartDoc& doc) {
         if (typeSpec.family == Family::Doughnut) SetVal(g, "holeSize", "75", kGroupOrder, c);
         break;
     case Family::Bubble:
+        SetVal(g, "bubble3D", typeSpec.bubble3D ? "1" : "0", kGroupOrder, c);
         SetVal(g, "bubbleScale", "100", kGroupOrder, c);
         SetVal(g, "showNegBubbles", "0", kGroupOrder, c);
         break;
@@ -876,7 +902,7 @@ pugi::xml_node BuildGroup(ChartDoc& doc, const TypeSpec& typeSpec, pugi::xml_nod
 void SetPlotChartType(ChartDoc& doc, long type) {
     TypeSpec typeSpec = SpecOf(type);
     if (typeSpec.family == Family::None) {
-        if (type == host::xl3DColumn || type == host::xl3DLine || type == host::xlBubble3DEffect ||
+        if (type == host::xl3DColumn || type == host::xl3DLine ||
             (type >= host::xlSurface && type <= host::xlSurfaceTopViewWireframe) || type == host::xlPieOfPie ||
             type == host::xlBarOfPie || (type >= host::xlStockHLC && type <= host::xlStockVOHLC) || type > 91)
             NotAvailable("Chart.ChartType");

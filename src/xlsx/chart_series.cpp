@@ -334,9 +334,24 @@ public:
         if (!v) return SetText(Text());
         RemoveL(Own(true), "tx");
     }
+    Variant HorizontalAlignment() override { return TextAlignment(Own(false) ? Own(false) : Labels(*d_, ser_, false), false); }
+    void SetHorizontalAlignment(const Variant& v) override {
+        SetTextAlignment(*d_, Own(true), kDLblOrder, false, v, "Unable to set the HorizontalAlignment property of the DataLabel class");
+    }
+    Variant VerticalAlignment() override { return TextAlignment(Own(false) ? Own(false) : Labels(*d_, ser_, false), true); }
+    void SetVerticalAlignment(const Variant& v) override {
+        SetTextAlignment(*d_, Own(true), kDLblOrder, true, v, "Unable to set the VerticalAlignment property of the DataLabel class");
+    }
+    Variant Orientation() override {
+        return TextOrientation(Own(false) ? Own(false) : Labels(*d_, ser_, false), host::xlHorizontal);
+    }
+    void SetOrientation(const Variant& v) override { SetTextOrientation(*d_, Own(true), kDLblOrder, v); }
     Ref<host::Font> Font() override { return MakeFont(d_, H()); }
-    Variant AutoScaleFont() override { return AutoScaleFontValue(); }
-    void SetAutoScaleFont(const Variant& v) override { CheckAutoScaleFont(v); }
+    Variant AutoScaleFont() override {
+        auto series = SeriesLabels();
+        return AutoScaleFontOf(H(), &series);
+    }
+    void SetAutoScaleFont(const Variant& v) override { SetAutoScaleFontOf(*d_, H(), v); }
     long Position() override {
         auto own = Own(false);
         std::string pos = Val(own, "dLblPos");
@@ -354,6 +369,8 @@ public:
     void SetShowCategoryName(bool v) override { SetVal(Own(true), "showCatName", v ? "1" : "0", kDLblOrder, d_->c); }
     bool ShowSeriesName() override { return Flag("showSerName"); }
     void SetShowSeriesName(bool v) override { SetVal(Own(true), "showSerName", v ? "1" : "0", kDLblOrder, d_->c); }
+    void SetFlag(const char* what, bool v) { SetVal(Own(true), what, v ? "1" : "0", kDLblOrder, d_->c); }
+    void SetFlag(const char* what, const std::string& text) { Ensure(Own(true), what, kDLblOrder, d_->c).text() = text.c_str(); }
     Ref<host::Interior> Interior() override { return MakeInterior(d_, H()); }
     Ref<host::Border> Border() override { return MakeBorder(d_, H()); }
     Ref<host::ChartFillFormat> Fill() override { return MakeFill(d_, H()); }
@@ -386,6 +403,11 @@ private:
         auto own = Own(false);
         if (Kid(own, what)) return BoolVal(own, what, false);
         return BoolVal(Labels(*d_, ser_, false), what, false);
+    }
+    Holder SeriesLabels() {
+        auto d = d_;
+        auto ser = ser_;
+        return Holder{[d, ser](bool e) { return Labels(*d, ser, e); }, &kDLblsOrder, 0xFFFFFF, 9};
     }
     Holder H() {
         auto d = d_;
@@ -423,9 +445,17 @@ public:
         return std::make_shared<DataLabelImpl>(d_, ser_, index);
     }
     bool AutoText() override { return true; }
+    Variant HorizontalAlignment() override { return TextAlignment(N(false), false); }
+    void SetHorizontalAlignment(const Variant& v) override {
+        SetTextAlignment(*d_, N(true), kDLblsOrder, false, v, "Unable to set the HorizontalAlignment property of the DataLabels class");
+    }
+    Variant VerticalAlignment() override { return TextAlignment(N(false), true); }
+    void SetVerticalAlignment(const Variant& v) override {
+        SetTextAlignment(*d_, N(true), kDLblsOrder, true, v, "Unable to set the VerticalAlignment property of the DataLabels class");
+    }
     Ref<host::Font> Font() override { return MakeFont(d_, H()); }
-    Variant AutoScaleFont() override { return AutoScaleFontValue(); }
-    void SetAutoScaleFont(const Variant& v) override { CheckAutoScaleFont(v); }
+    Variant AutoScaleFont() override { return AutoScaleFontOf(H()); }
+    void SetAutoScaleFont(const Variant& v) override { SetAutoScaleFontOf(*d_, H(), v); }
     long Position() override { return PositionOf(Val(N(false), "dLblPos"), ser_.parent()); }
     void SetPosition(long v) override {
         const char* p = PositionName(v);
@@ -514,6 +544,264 @@ private:
         auto d = d_;
         return Holder{[ser, d](bool e) { return Labels(*d, ser, e); }, &kDLblsOrder, 0xFFFFFF, 9};
     }
+    DocPtr d_;
+    pugi::xml_node ser_;
+};
+
+// ---------------------------------------------------------------- markers and points
+
+const std::vector<std::string_view> kMarkerOrder = {"symbol", "size", "spPr", "extLst"};
+const std::vector<std::string_view> kDPtOrder = {"idx", "invertIfNegative", "marker", "bubble3D",
+                                                 "explosion", "spPr", "pictureOptions", "extLst"};
+
+bool TakesMarkers(pugi::xml_node group) {
+    auto l = LocalName(group);
+    return l == "lineChart" || l == "scatterChart" || l == "radarChart";
+}
+
+bool IsPie(pugi::xml_node group) {
+    auto l = LocalName(group);
+    return l == "pieChart" || l == "pie3DChart" || l == "doughnutChart" || l == "ofPieChart";
+}
+
+const std::pair<long, const char*> kSymbols[] = {
+    {host::xlMarkerStyleNone, "none"},       {host::xlMarkerStyleCircle, "circle"}, {host::xlMarkerStyleDash, "dash"},
+    {host::xlMarkerStyleDiamond, "diamond"}, {host::xlMarkerStyleDot, "dot"},       {host::xlMarkerStylePicture, "picture"},
+    {host::xlMarkerStylePlus, "plus"},       {host::xlMarkerStyleSquare, "square"}, {host::xlMarkerStyleStar, "star"},
+    {host::xlMarkerStyleTriangle, "triangle"}, {host::xlMarkerStyleX, "x"},       {host::xlMarkerStyleAutomatic, "auto"}};
+
+// The colour the application gives a series that has none of its own.
+long SeriesColor(ChartDoc& doc, pugi::xml_node ser) {
+    long automatic = SeriesAutoColor(doc, Idx(ser));
+    auto sp = Kid(ser, "spPr");
+    if (auto f = Kid(sp, "solidFill")) return ColorOf(doc, f, automatic);
+    if (auto f = Kid(Kid(sp, "ln"), "solidFill")) return ColorOf(doc, f, automatic);
+    return automatic;
+}
+
+// The marker of a series or of one point (owner(edit) answers its c:ser or c:dPt); a point
+// without a marker of its own shows the series' marker. The fill is the background, the line the
+// foreground.
+class Marker {
+public:
+    Marker(DocPtr d, pugi::xml_node ser, std::function<pugi::xml_node(bool)> owner,
+           const std::vector<std::string_view>& order, const char* cls)
+        : d_(std::move(d)), ser_(ser), owner_(std::move(owner)), order_(order), cls_(cls) {}
+
+    long Style() {
+        std::string sym = Val(Node(), "symbol");
+        if (sym.empty()) return TakesMarkers(ser_.parent()) ? host::xlMarkerStyleAutomatic : host::xlMarkerStyleNone;
+        for (auto& [xl, name] : kSymbols)
+            if (sym == name) return xl;
+        return host::xlMarkerStyleAutomatic;
+    }
+    void SetStyle(long v) {
+        const char* sym = nullptr;
+        for (auto& [xl, name] : kSymbols)
+            if (xl == v && v != host::xlMarkerStylePicture) sym = name;
+        if (!sym) Refuse(std::string("Unable to set the MarkerStyle property of the ") + cls_ + " class");
+        SetVal(Edit("MarkerStyle"), "symbol", sym, kMarkerOrder, d_->c);
+    }
+    long Size() { return std::stol(Val(Node(), "size", "5")); }
+    void SetSize(long v) {
+        if (v < 2 || v > 72) Refuse(std::string("Unable to set the MarkerSize property of the ") + cls_ + " class");
+        SetVal(Edit("MarkerSize"), "size", std::to_string(v), kMarkerOrder, d_->c);
+    }
+    long Color(bool fore) {
+        auto f = Paint(Kid(Node(), "spPr"), fore);
+        if (f && LocalName(f) == "noFill") return 0xFFFFFF;
+        return ColorOf(*d_, f, SeriesColor(*d_, ser_));
+    }
+    void SetColor(bool fore, long rgb, const char* member) {
+        if (rgb < 0 || rgb > 0xFFFFFF) Refuse(std::string("Unable to set the ") + member + " property of the " + cls_ + " class");
+        auto sp = Ensure(Edit(member), "spPr", kMarkerOrder, d_->c);
+        auto target = fore ? Ensure(sp, "ln", kSpPrOrder, d_->a) : sp;
+        const auto& order = fore ? kLnOrder : kSpPrOrder;
+        ClearPaint(target);
+        InsertAt(target, "solidFill", order, d_->a).append_child(d_->A("srgbClr").c_str()).append_attribute("val") =
+            RgbToHex(rgb).c_str();
+    }
+    long ColorIndex(bool fore) {
+        auto f = Paint(Kid(Node(), "spPr"), fore);
+        if (!f) return host::xlColorIndexAutomatic;
+        if (LocalName(f) == "noFill") return host::xlColorIndexNone;
+        return NearestPaletteIndex(*d_, Color(fore));
+    }
+    void SetColorIndex(bool fore, long v, const char* member) {
+        if (v >= 1 && v <= 56) return SetColor(fore, d_->PaletteRgb(v), member);
+        if (v != host::xlColorIndexNone && v != host::xlColorIndexAutomatic)
+            Refuse(std::string("Unable to set the ") + member + " property of the " + cls_ + " class");
+        auto sp = Ensure(Edit(member), "spPr", kMarkerOrder, d_->c);
+        auto target = fore ? Ensure(sp, "ln", kSpPrOrder, d_->a) : sp;
+        ClearPaint(target);
+        if (v == host::xlColorIndexNone) InsertAt(target, "noFill", fore ? kLnOrder : kSpPrOrder, d_->a);
+    }
+
+private:
+    pugi::xml_node Node() {
+        if (auto own = Kid(owner_(false), "marker")) return own;
+        return Kid(ser_, "marker");
+    }
+    pugi::xml_node Edit(const char* member) {
+        if (!TakesMarkers(ser_.parent()))
+            Refuse(std::string("Unable to set the ") + member + " property of the " + cls_ + " class");
+        d_->Touch();
+        auto owner = owner_(true);
+        if (auto own = Kid(owner, "marker")) return own;
+        auto m = InsertAt(owner, "marker", order_, d_->c);
+        // a point's marker starts as the series' marker
+        if (owner != ser_)
+            if (auto from = Kid(ser_, "marker"))
+                for (auto ch : from.children()) m.append_copy(ch);
+        return m;
+    }
+    static pugi::xml_node Paint(pugi::xml_node sp, bool fore) {
+        auto in = fore ? Kid(sp, "ln") : sp;
+        for (const char* f : {"noFill", "solidFill", "gradFill", "pattFill"})
+            if (auto n = Kid(in, f)) return n;
+        return {};
+    }
+    static void ClearPaint(pugi::xml_node n) {
+        for (const char* f : {"noFill", "solidFill", "gradFill", "blipFill", "pattFill", "grpFill"}) RemoveL(n, f);
+    }
+    DocPtr d_;
+    pugi::xml_node ser_;
+    std::function<pugi::xml_node(bool)> owner_;
+    const std::vector<std::string_view>& order_;
+    const char* cls_;
+};
+
+// The c:dPt of one point, made in idx order on writing.
+pugi::xml_node PointNode(ChartDoc& doc, pugi::xml_node ser, long index, bool edit) {
+    for (auto p : ChildrenL(ser, "dPt"))
+        if (std::stol(Val(p, "idx", "-1")) == index - 1) return p;
+    if (!edit) return {};
+    doc.Touch();
+    pugi::xml_node before;
+    for (auto p : ChildrenL(ser, "dPt"))
+        if (!before && std::stol(Val(p, "idx", "-1")) > index - 1) before = p;
+    auto p = before ? ser.insert_child_before(doc.C("dPt").c_str(), before) : InsertAt(ser, "dPt", kSerOrder, doc.c);
+    SetVal(p, "idx", std::to_string(index - 1), kDPtOrder, doc.c);
+    // bubbles of a 3-D set stay 3-D point by point
+    if (LocalName(ser.parent()) == "bubbleChart") SetVal(p, "bubble3D", BoolVal(ser, "bubble3D", false) ? "1" : "0", kDPtOrder, doc.c);
+    return p;
+}
+
+class PointImpl : public PointBase {
+public:
+    PointImpl(DocPtr d, pugi::xml_node ser, long index) : d_(std::move(d)), ser_(ser), index_(index) {}
+
+    bool HasDataLabel() override {
+        auto labels = Kid(ser_, "dLbls");
+        if (!labels && Kid(ser_.parent(), "dLbls")) labels = Kid(ser_.parent(), "dLbls");
+        for (auto l : ChildrenL(labels, "dLbl"))
+            if (std::stol(Val(l, "idx", "-1")) == index_ - 1) return Shows(l);
+        return Shows(labels);
+    }
+    void SetHasDataLabel(bool v) override {
+        if (v == HasDataLabel()) return;
+        d_->Touch();
+        if (!v) return DataLabelImpl(d_, ser_, index_).Delete();
+        if (!Kid(ser_, "dLbls") && !Kid(ser_.parent(), "dLbls")) {
+            auto labels = InsertAt(ser_, "dLbls", kSerOrder, d_->c);
+            for (const char* f : {"showLegendKey", "showVal", "showCatName", "showSerName", "showPercent", "showBubbleSize"})
+                SetVal(labels, f, "0", kDLblsOrder, d_->c);
+        }
+        // a deleted label starts again from nothing
+        auto labels = Labels(*d_, ser_, true);
+        for (auto l : ChildrenL(labels, "dLbl"))
+            if (std::stol(Val(l, "idx", "-1")) == index_ - 1 && Kid(l, "delete")) labels.remove_child(l);
+        DataLabelImpl(d_, ser_, index_).SetShowValue(true);
+    }
+    Ref<host::DataLabel> DataLabel() override {
+        if (!HasDataLabel()) Refuse("Unable to get the DataLabel property of the Point class");
+        return std::make_shared<DataLabelImpl>(d_, ser_, index_);
+    }
+    void ApplyDataLabels(long type, const Variant& legendKey, const Variant&, const Variant&, const Variant& serName,
+                         const Variant& catName, const Variant& value, const Variant& percent, const Variant& bubble,
+                         const Variant& sep) override {
+        using namespace host;
+        if (type == xlDataLabelsShowNone) return SetHasDataLabel(false);
+        bool val = type == xlDataLabelsShowValue, pct = type == xlDataLabelsShowPercent || type == xlDataLabelsShowLabelAndPercent;
+        bool cat = type == xlDataLabelsShowLabel || type == xlDataLabelsShowLabelAndPercent;
+        bool bub = type == xlDataLabelsShowBubbleSizes;
+        if (!val && !pct && !cat && !bub) Refuse("Method 'ApplyDataLabels' of object 'Point' failed");
+        SetHasDataLabel(true);
+        auto pick = [](const Variant& v, bool dflt) { return v.IsEmpty() ? dflt : CBool(v); };
+        DataLabelImpl l(d_, ser_, index_);
+        l.SetShowValue(pick(value, val));
+        l.SetShowCategoryName(pick(catName, cat));
+        l.SetShowSeriesName(pick(serName, false));
+        l.SetFlag("showPercent", pick(percent, pct));
+        l.SetFlag("showBubbleSize", pick(bubble, bub));
+        l.SetFlag("showLegendKey", pick(legendKey, false));
+        if (!sep.IsEmpty()) l.SetFlag("separator", CStr(sep));
+    }
+    Ref<host::Interior> Interior() override { return MakeInterior(d_, H()); }
+    Ref<host::Border> Border() override { return MakeBorder(d_, H()); }
+    Ref<host::ChartFillFormat> Fill() override { return MakeFill(d_, H()); }
+    long MarkerStyle() override { return M().Style(); }
+    void SetMarkerStyle(long v) override { M().SetStyle(v); }
+    long MarkerSize() override { return M().Size(); }
+    void SetMarkerSize(long v) override { M().SetSize(v); }
+    long MarkerBackgroundColor() override { return M().Color(false); }
+    void SetMarkerBackgroundColor(long rgb) override { M().SetColor(false, rgb, "MarkerBackgroundColor"); }
+    long MarkerBackgroundColorIndex() override { return M().ColorIndex(false); }
+    void SetMarkerBackgroundColorIndex(long v) override { M().SetColorIndex(false, v, "MarkerBackgroundColorIndex"); }
+    long MarkerForegroundColor() override { return M().Color(true); }
+    void SetMarkerForegroundColor(long rgb) override { M().SetColor(true, rgb, "MarkerForegroundColor"); }
+    long MarkerForegroundColorIndex() override { return M().ColorIndex(true); }
+    void SetMarkerForegroundColorIndex(long v) override { M().SetColorIndex(true, v, "MarkerForegroundColorIndex"); }
+    long Explosion() override { return std::stol(Val(PointNode(*d_, ser_, index_, false), "explosion", Val(ser_, "explosion", "0"))); }
+    void SetExplosion(long v) override {
+        if (!IsPie(ser_.parent()) || v < 0 || v > 400) Refuse("Unable to set the Explosion property of the Point class");
+        SetVal(PointNode(*d_, ser_, index_, true), "explosion", std::to_string(v), kDPtOrder, d_->c);
+    }
+    bool InvertIfNegative() override {
+        auto p = PointNode(*d_, ser_, index_, false);
+        return Kid(p, "invertIfNegative") ? BoolVal(p, "invertIfNegative", false) : BoolVal(ser_, "invertIfNegative", false);
+    }
+    void SetInvertIfNegative(bool v) override {
+        auto l = LocalName(ser_.parent());
+        if (l != "barChart" && l != "bar3DChart" && l != "bubbleChart") Refuse("Unable to set the InvertIfNegative property of the Point class");
+        SetVal(PointNode(*d_, ser_, index_, true), "invertIfNegative", v ? "1" : "0", kDPtOrder, d_->c);
+    }
+    void ClearFormats() override {
+        auto p = PointNode(*d_, ser_, index_, false);
+        if (!p) return;
+        d_->Touch();
+        RemoveL(p, "spPr");
+        RemoveL(p, "marker");
+    }
+
+private:
+    Holder H() {
+        auto d = d_;
+        auto ser = ser_;
+        long index = index_;
+        return Holder{[d, ser, index](bool e) { return PointNode(*d, ser, index, e); }, &kDPtOrder, SeriesColor(*d_, ser_), 10};
+    }
+    Marker M() {
+        auto d = d_;
+        auto ser = ser_;
+        long index = index_;
+        return Marker(d_, ser_, [d, ser, index](bool e) { return PointNode(*d, ser, index, e); }, kDPtOrder, "Point");
+    }
+    DocPtr d_;
+    pugi::xml_node ser_;
+    long index_;
+};
+
+class PointsImpl : public PointsBase {
+public:
+    PointsImpl(DocPtr d, pugi::xml_node ser) : d_(std::move(d)), ser_(ser) {}
+    long Count() override { return long(CachedValues(ValuesNode(ser_)).size()); }
+    Ref<host::Point> Item(long index) override {
+        if (index < 1 || index > Count()) Refuse("Unable to get the Item property of the Points class");
+        return std::make_shared<PointImpl>(d_, ser_, index);
+    }
+
+private:
     DocPtr d_;
     pugi::xml_node ser_;
 };
@@ -681,6 +969,32 @@ public:
         SetVal(Labels(*d_, ser_, true), "showLeaderLines", v ? "1" : "0", kDLblsOrder, d_->c);
     }
 
+    long MarkerStyle() override { return M().Style(); }
+    void SetMarkerStyle(long v) override { M().SetStyle(v); }
+    long MarkerSize() override { return M().Size(); }
+    void SetMarkerSize(long v) override { M().SetSize(v); }
+    long MarkerBackgroundColor() override { return M().Color(false); }
+    void SetMarkerBackgroundColor(long rgb) override { M().SetColor(false, rgb, "MarkerBackgroundColor"); }
+    long MarkerBackgroundColorIndex() override { return M().ColorIndex(false); }
+    void SetMarkerBackgroundColorIndex(long v) override { M().SetColorIndex(false, v, "MarkerBackgroundColorIndex"); }
+    long MarkerForegroundColor() override { return M().Color(true); }
+    void SetMarkerForegroundColor(long rgb) override { M().SetColor(true, rgb, "MarkerForegroundColor"); }
+    long MarkerForegroundColorIndex() override { return M().ColorIndex(true); }
+    void SetMarkerForegroundColorIndex(long v) override { M().SetColorIndex(true, v, "MarkerForegroundColorIndex"); }
+    Ref<host::Points> Points() override {
+        Live();
+        return std::make_shared<PointsImpl>(d_, ser_);
+    }
+    Ref<host::Point> Points(long index) override { return Points()->Item(index); }
+    void ClearFormats() override {
+        Live();
+        d_->Touch();
+        RemoveL(ser_, "spPr");
+        RemoveL(ser_, "dPt");
+        RemoveL(ser_, "marker");
+        ConformSeriesTo(*d_, ser_, GroupChartType(ser_.parent(), *d_));  // painted as a new series is
+    }
+
     bool HasDataLabels() override {
         Live();
         if (auto own = Kid(ser_, "dLbls")) return Shows(own);
@@ -754,6 +1068,11 @@ private:
         Live();
         auto ser = ser_;
         return Holder{[ser](bool) { return ser; }, &kSerOrder, SeriesAutoColor(*d_, Idx(ser_)), 10};
+    }
+    Marker M() {
+        Live();
+        auto ser = ser_;
+        return Marker(d_, ser_, [ser](bool) { return ser; }, kSerOrder, "Series");
     }
     std::vector<pugi::xml_node> GroupSeries() {
         auto sers = ChildrenL(ser_.parent(), "ser");
@@ -898,7 +1217,34 @@ public:
         SetVal(g_, "holeSize", std::to_string(v), kGroupOrder, d_->c);
     }
 
+    long BubbleScale() override { Bubbles("BubbleScale"); return std::stol(Val(g_, "bubbleScale", "100")); }
+    void SetBubbleScale(long v) override {
+        Bubbles("BubbleScale");
+        if (v < 0 || v > 300) Refuse("Unable to set the BubbleScale property of the ChartGroup class");
+        d_->Touch();
+        SetVal(g_, "bubbleScale", std::to_string(v), kGroupOrder, d_->c);
+    }
+    bool ShowNegativeBubbles() override { Bubbles("ShowNegativeBubbles"); return BoolVal(g_, "showNegBubbles", false); }
+    void SetShowNegativeBubbles(bool v) override {
+        Bubbles("ShowNegativeBubbles");
+        d_->Touch();
+        SetVal(g_, "showNegBubbles", v ? "1" : "0", kGroupOrder, d_->c);
+    }
+    long SizeRepresents() override {
+        Bubbles("SizeRepresents");
+        return Val(g_, "sizeRepresents", "area") == "w" ? host::xlSizeIsWidth : host::xlSizeIsArea;
+    }
+    void SetSizeRepresents(long v) override {
+        Bubbles("SizeRepresents");
+        if (v != host::xlSizeIsArea && v != host::xlSizeIsWidth) Refuse("Unable to set the SizeRepresents property of the ChartGroup class");
+        d_->Touch();
+        SetVal(g_, "sizeRepresents", v == host::xlSizeIsWidth ? "w" : "area", kGroupOrder, d_->c);
+    }
+
 private:
+    void Bubbles(const char* m) {
+        if (LocalName(g_) != "bubbleChart") Refuse(std::string("Unable to get the ") + m + " property of the ChartGroup class");
+    }
     void Bars(const char* m) {
         auto l = LocalName(g_);
         if (l != "barChart" && l != "bar3DChart") Refuse(std::string("Unable to get the ") + m + " property of the ChartGroup class");

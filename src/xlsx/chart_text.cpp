@@ -206,7 +206,26 @@ public:
         SetBold(s.find("bold") != std::string::npos);
         SetItalic(s.find("italic") != std::string::npos || s.find("oblique") != std::string::npos);
     }
-    Variant Background() override { return host::xlAutomatic; }
+    // The text's background is the fill of the element that holds it.
+    Variant Background() override {
+        auto sp = Kid(h_.node(false), "spPr");
+        if (Kid(sp, "noFill")) return host::xlBackgroundTransparent;
+        if (Kid(sp, "solidFill") || Kid(sp, "pattFill") || Kid(sp, "gradFill")) return host::xlBackgroundOpaque;
+        return host::xlBackgroundAutomatic;
+    }
+    void SetBackground(const Variant& v) override {
+        long b = host::CLng(v);
+        if (b != host::xlBackgroundTransparent && b != host::xlBackgroundOpaque && b != host::xlBackgroundAutomatic)
+            Refuse("Unable to set the Background property of the Font class");
+        if (b == host::xlBackgroundOpaque && Background().RawLong() == host::xlBackgroundOpaque) return;
+        d_->Touch();
+        auto sp = Ensure(h_.node(true), "spPr", *h_.order, d_->c);
+        for (const char* f : {"noFill", "solidFill", "gradFill", "blipFill", "pattFill", "grpFill"}) RemoveL(sp, f);
+        if (b == host::xlBackgroundTransparent) InsertAt(sp, "noFill", kSpPrOrder, d_->a);
+        else if (b == host::xlBackgroundOpaque)
+            InsertAt(sp, "solidFill", kSpPrOrder, d_->a).append_child(d_->A("srgbClr").c_str()).append_attribute("val") = "FFFFFF";
+        else if (!sp.first_child()) sp.parent().remove_child(sp);
+    }
 
 private:
     Variant Same(const std::function<Variant(const Props&)>& get) {
@@ -287,8 +306,8 @@ public:
     std::string Caption() override { return Text(); }
     void SetCaption(const std::string& v) override { SetText(v); }
     Ref<host::Font> Font() override { return MakeFont(d_, TextHolder()); }
-    Variant AutoScaleFont() override { return AutoScaleFontValue(); }
-    void SetAutoScaleFont(const Variant& v) override { CheckAutoScaleFont(v); }
+    Variant AutoScaleFont() override { return AutoScaleFontOf(TextHolder()); }
+    void SetAutoScaleFont(const Variant& v) override { SetAutoScaleFontOf(*d_, TextHolder(), v); }
     Variant Orientation() override {
         auto t = owner_(false);
         auto body = Rich(t);
@@ -364,7 +383,92 @@ void SetTextOrientation(ChartDoc& doc, pugi::xml_node owner, const std::vector<s
     SetOrientationOf(doc, owner, order, v, "DataLabels");
 }
 
+namespace {
+const std::pair<long, const char*> kHorizontal[] = {
+    {host::xlHAlignCenter, "ctr"}, {host::xlHAlignLeft, "l"}, {host::xlHAlignRight, "r"},
+    {host::xlHAlignJustify, "just"}, {host::xlHAlignDistributed, "dist"}};
+const std::pair<long, const char*> kVertical[] = {
+    {host::xlVAlignCenter, "ctr"}, {host::xlVAlignTop, "t"}, {host::xlVAlignBottom, "b"},
+    {host::xlVAlignJustify, "just"}, {host::xlVAlignDistributed, "dist"}};
+}  // namespace
+
+// Horizontal alignment is the paragraph's (a:pPr algn), vertical the body's anchor.
+Variant TextAlignment(pugi::xml_node owner, bool vertical) {
+    auto body = Rich(owner);
+    if (!body) body = Kid(owner, "txPr");
+    std::string_view v = vertical ? Kid(body, "bodyPr").attribute("anchor").value()
+                                  : Kid(Kid(body, "p"), "pPr").attribute("algn").value();
+    for (auto& [xl, name] : vertical ? kVertical : kHorizontal)
+        if (v == name) return xl;
+    return host::xlHAlignCenter;
+}
+
+void SetTextAlignment(ChartDoc& doc, pugi::xml_node owner, const std::vector<std::string_view>& order, bool vertical,
+                      const Variant& v, const char* refusal) {
+    long a = host::CLng(v);
+    const char* name = nullptr;
+    for (auto& [xl, n] : vertical ? kVertical : kHorizontal)
+        if (xl == a) name = n;
+    if (!name) Refuse(refusal);
+    doc.Touch();
+    auto body = Rich(owner);
+    if (!body) body = EnsureTxPr(doc, owner, order);
+    if (vertical) {
+        auto bp = Kid(body, "bodyPr");
+        if (!bp) bp = body.prepend_child(doc.A("bodyPr").c_str());
+        SetAttr(bp, "anchor", name);
+        return;
+    }
+    for (auto para : ChildrenL(body, "p")) {
+        auto ppr = Kid(para, "pPr");
+        if (!ppr) ppr = para.prepend_child(doc.A("pPr").c_str());
+        SetAttr(ppr, "algn", name);
+    }
+}
+
 Ref<host::Font> MakeFont(DocPtr doc, Holder h) { return std::make_shared<FontImpl>(std::move(doc), std::move(h)); }
+
+// ---------------------------------------------------------------- AutoScaleFont
+
+namespace {
+constexpr const char* kAutoScaleUri = "{8F3B6C21-4D7A-4E95-A0C2-5B1E9D7F3A64}";
+constexpr const char* kPlotsmithNs = "urn:plotsmith:chart:2026";
+
+pugi::xml_node AutoScaleExt(pugi::xml_node owner) {
+    for (auto e : ChildrenL(Kid(owner, "extLst"), "ext"))
+        if (std::string_view(e.attribute("uri").value()) == kAutoScaleUri) return e;
+    return {};
+}
+
+bool ScalesOff(pugi::xml_node owner) {
+    auto flag = AutoScaleExt(owner).first_child();
+    return flag && std::string_view(flag.attribute("val").value()) == "0";
+}
+}  // namespace
+
+Variant AutoScaleFontOf(const Holder& h, const Holder* fallback) {
+    auto owner = h.node(false);
+    if (AutoScaleExt(owner) || !fallback) return !ScalesOff(owner);
+    return !ScalesOff(fallback->node(false));
+}
+
+void SetAutoScaleFontOf(ChartDoc& doc, const Holder& h, const Variant& v) {
+    bool on = host::CBool(v);
+    if (on && !AutoScaleExt(h.node(false))) return;
+    doc.Touch();
+    auto owner = h.node(true);
+    auto list = Kid(owner, "extLst");
+    if (auto old = AutoScaleExt(owner)) list.remove_child(old);
+    if (on) {
+        if (list && !list.first_child()) owner.remove_child(list);
+        return;
+    }
+    if (!list) list = InsertAt(owner, "extLst", *h.order, doc.c);
+    auto ext = list.append_child(doc.C("ext").c_str());
+    ext.append_attribute("uri") = kAutoScaleUri;
+    ext.append_attribute("xmlns:ps") = kPlotsmithNs;
+    ext.append_child("ps:autoScaleFont").append_attribute("val") = "0";
+}
 
 std::string RichText(ChartDoc&, pugi::xml_node tx) {
     if (auto ref = Kid(tx, "strRef")) {
@@ -531,14 +635,9 @@ class LegendEntryImpl : public LegendEntryBase {
 public:
     LegendEntryImpl(DocPtr d, long index, long id) : d_(std::move(d)), index_(index), id_(id) {}
     long Index() override { return index_; }
-    Ref<host::Font> Font() override {
-        auto d = d_;
-        long id = id_;
-        static const std::vector<std::string_view> order = {"idx", "delete", "txPr", "extLst"};
-        return MakeFont(d_, Holder{[d, id](bool e) { return EntryNode(*d, id, e); }, &order, 0xFFFFFF, 9});
-    }
-    Variant AutoScaleFont() override { return AutoScaleFontValue(); }
-    void SetAutoScaleFont(const Variant& v) override { CheckAutoScaleFont(v); }
+    Ref<host::Font> Font() override { return MakeFont(d_, H()); }
+    Variant AutoScaleFont() override { return AutoScaleFontOf(H()); }
+    void SetAutoScaleFont(const Variant& v) override { SetAutoScaleFontOf(*d_, H(), v); }
     void Delete() override {
         d_->Touch();
         auto e = EntryNode(*d_, id_, true);
@@ -547,6 +646,12 @@ public:
     }
 
 private:
+    Holder H() {
+        auto d = d_;
+        long id = id_;
+        static const std::vector<std::string_view> order = {"idx", "delete", "txPr", "extLst"};
+        return Holder{[d, id](bool e) { return EntryNode(*d, id, e); }, &order, 0xFFFFFF, 9};
+    }
     DocPtr d_;
     long index_, id_;
 };
@@ -626,8 +731,8 @@ public:
         return std::min(SizeOf(*d_).h * 0.8, 16.0 * std::max<size_t>(1, EntryIds(*d_, false).size()));
     }
     Ref<host::Font> Font() override { return MakeFont(d_, H()); }
-    Variant AutoScaleFont() override { return AutoScaleFontValue(); }
-    void SetAutoScaleFont(const Variant& v) override { CheckAutoScaleFont(v); }
+    Variant AutoScaleFont() override { return AutoScaleFontOf(H()); }
+    void SetAutoScaleFont(const Variant& v) override { SetAutoScaleFontOf(*d_, H(), v); }
     Ref<host::LegendEntries> LegendEntries() override { return std::make_shared<LegendEntriesImpl>(d_); }
     Ref<host::LegendEntry> LegendEntries(long index) override { return LegendEntries()->Item(index); }
     bool IncludeInLayout() override { return !BoolVal(Node(false), "overlay", false); }

@@ -1,5 +1,5 @@
-// Worksheet drawings: the drawing part of a sheet, its anchors and positions, adding and removing
-// shapes with the parts only they use.
+// Drawings: the drawing part of a sheet or of a chart's user shapes, its anchors and positions,
+// adding and removing shapes with the parts only they use.
 #include "xlsx/drawing.h"
 
 #include <algorithm>
@@ -20,9 +20,14 @@ constexpr const char* kDrawingMlNs = "http://schemas.openxmlformats.org/drawingm
 constexpr const char* kRelNs = "http://schemas.openxmlformats.org/officeDocument/2006/relationships";
 constexpr const char* kDrawingRel = "http://schemas.openxmlformats.org/officeDocument/2006/relationships/drawing";
 constexpr const char* kDrawingContentType = "application/vnd.openxmlformats-officedocument.drawing+xml";
+constexpr const char* kCdrNs = "http://schemas.openxmlformats.org/drawingml/2006/chartDrawing";
+constexpr const char* kChartNs = "http://schemas.openxmlformats.org/drawingml/2006/chart";
+constexpr const char* kUserShapesRel = "http://schemas.openxmlformats.org/officeDocument/2006/relationships/chartUserShapes";
+constexpr const char* kUserShapesContentType = "application/vnd.openxmlformats-officedocument.drawingml.chartshapes+xml";
 
 bool IsAnchor(std::string_view local) {
-    return local == "twoCellAnchor" || local == "oneCellAnchor" || local == "absoluteAnchor";
+    return local == "twoCellAnchor" || local == "oneCellAnchor" || local == "absoluteAnchor" ||
+           local == "relSizeAnchor" || local == "absSizeAnchor";
 }
 
 bool IsShapeElement(std::string_view local) {
@@ -135,26 +140,61 @@ long ShapeType(pugi::xml_node el) {
 
 // ---------------------------------------------------------------- the drawing part
 
-Drawing::Drawing(SheetImpl& sheet) : sheet_(sheet) {}
+Drawing::Drawing(SheetImpl& sheet) : sheet_(&sheet), book_(sheet.book()) {}
 
-Book& Drawing::book() { return sheet_.book(); }
+Drawing::Drawing(Book& book, std::string chartPart, std::function<PointRect()> chartSize)
+    : book_(book), chartPart_(std::move(chartPart)), chartSize_(std::move(chartSize)) {}
+
+std::shared_ptr<SheetImpl> Drawing::Sheet(const char* member) {
+    if (!sheet_) NotAvailable((std::string(member) + " of a shape inside a chart").c_str());
+    return std::static_pointer_cast<SheetImpl>(sheet_->shared_from_this());
+}
+
+pugi::xml_node Drawing::ContainerPart(bool edit) {
+    auto& pkg = book().pkg();
+    const std::string& part = sheet_ ? sheet_->Part() : chartPart_;
+    return edit ? pkg.Edit(part).document_element() : pkg.Read(part).document_element();
+}
 
 void Drawing::Resolve() {
-    if (resolved_) return;
+    // another model of the same chart may have given it its shapes since
+    if (resolved_ && !(InChart() && part_.empty())) return;
     resolved_ = true;
     auto& pkg = book().pkg();
-    auto root = pkg.Read(sheet_.Part()).document_element();
+    auto root = ContainerPart(false);
+    const char* element = sheet_ ? "drawing" : "userShapes";
     for (auto c : root.children()) {
-        if (LocalName(c.name()) != "drawing") continue;
+        if (LocalName(c.name()) != element) continue;
         for (auto a : c.attributes())
-            if (LocalName(a.name()) == "id") part_ = pkg.Target(sheet_.Part(), a.value());
+            if (LocalName(a.name()) == "id") part_ = pkg.Target(sheet_ ? sheet_->Part() : chartPart_, a.value());
     }
     if (!part_.empty() && !pkg.Has(part_)) part_.clear();
     if (!part_.empty()) Prefixes();
 }
 
+// The root of a chart's drawing is c:userShapes; its anchors are in the chartDrawing namespace,
+// which the application declares on each anchor: the root gets a declaration for the ones we add.
+void Drawing::ChartPrefixes(pugi::xml_node root) {
+    xdr = "cdr:";
+    for (auto c : root.children())
+        if (c.type() == pugi::node_element) {
+            std::string_view n = c.name();
+            auto colon = n.find(':');
+            xdr = colon == std::string_view::npos ? "" : std::string(n.substr(0, colon + 1));
+            break;
+        }
+}
+
 void Drawing::Prefixes() {
     auto root = book().pkg().Read(part_).document_element();
+    if (InChart()) {
+        ChartPrefixes(root);
+        a.clear();
+        for (auto at : root.attributes())
+            if (std::strcmp(at.value(), kDrawingMlNs) == 0 && std::string_view(at.name()).substr(0, 6) == "xmlns:")
+                a = std::string(at.name() + 6) + ":";
+        return;
+    }
     std::string_view n = root.name();
     auto colon = n.find(':');
     xdr = colon == std::string_view::npos ? "" : std::string(n.substr(0, colon + 1));
@@ -175,6 +215,10 @@ pugi::xml_node Drawing::Root(bool edit) {
     auto& pkg = book().pkg();
     auto root = edit ? pkg.Edit(part_).document_element() : pkg.Read(part_).document_element();
     if (edit && a.empty()) a = PrefixFor(root, kDrawingMlNs, "a");
+    if (edit && InChart() && !xdr.empty()) {
+        std::string declared = PrefixFor(root, kCdrNs, xdr.substr(0, xdr.size() - 1).c_str());
+        if (declared != xdr) xdr = declared;
+    }
     return root;
 }
 
@@ -186,14 +230,35 @@ pugi::xml_node Drawing::EnsureRoot() {
         part = "xl/drawings/drawing" + std::to_string(n) + ".xml";
         if (!pkg.Has(part)) break;
     }
+    if (InChart()) {
+        auto& doc = pkg.PutXml(part, kUserShapesContentType);
+        auto root = doc.append_child("c:userShapes");
+        root.append_attribute("xmlns:c").set_value(kChartNs);
+        root.append_attribute("xmlns:a").set_value(kDrawingMlNs);
+        root.append_attribute("xmlns:cdr").set_value(kCdrNs);
+        std::string rid = pkg.AddRel(chartPart_, kUserShapesRel, part);
+        // c:userShapes stands before c:extLst only, at the end of chartSpace
+        auto space = ContainerPart(true);
+        std::string_view sn = space.name();
+        auto colon = sn.find(':');
+        std::string c = colon == std::string_view::npos ? "" : std::string(sn.substr(0, colon + 1));
+        auto ext = Kid(space, "extLst");
+        auto u = ext ? space.insert_child_before((c + "userShapes").c_str(), ext) : space.append_child((c + "userShapes").c_str());
+        u.append_attribute((PrefixFor(space, kRelNs, "r") + "id").c_str()).set_value(rid.c_str());
+        part_ = part;
+        resolved_ = true;
+        xdr = "cdr:";
+        a = "a:";
+        return root;
+    }
     auto& doc = pkg.PutXml(part, kDrawingContentType);
     auto root = doc.append_child("xdr:wsDr");
     root.append_attribute("xmlns:xdr").set_value(kXdrNs);
     root.append_attribute("xmlns:a").set_value(kDrawingMlNs);
-    std::string rid = pkg.AddRel(sheet_.Part(), kDrawingRel, part);
+    std::string rid = pkg.AddRel(sheet_->Part(), kDrawingRel, part);
 
     // <drawing> goes before whatever the schema puts after it in a worksheet or chart sheet.
-    auto sheet = pkg.Edit(sheet_.Part()).document_element();
+    auto sheet = pkg.Edit(sheet_->Part()).document_element();
     std::string r = PrefixFor(sheet, kRelNs, "r");
     static const std::set<std::string_view> kAfter = {"legacyDrawing", "legacyDrawingHF", "drawingHF", "picture",
                                                       "oleObjects",    "controls",        "webPublishItems",
@@ -283,6 +348,18 @@ ShapeNodes Drawing::AddAnchor(const std::string& xml, const PointRect& r) {
             if (c.type() == pugi::node_element) rename(c);
     };
     rename(tmp.document_element());
+    if (InChart()) {
+        // the sheet anchor's shape goes into an anchor of fractions of the chart
+        auto shape = ShapeElementIn(tmp.document_element());
+        auto rel = tmp.append_child((xdr + "relSizeAnchor").c_str());
+        for (const char* corner : {"from", "to"}) {
+            auto m = rel.append_child((xdr + corner).c_str());
+            m.append_child((xdr + "x").c_str()).text() = "0";
+            m.append_child((xdr + "y").c_str()).text() = "0";
+        }
+        rel.append_copy(shape);
+        tmp.remove_child(tmp.document_element());
+    }
     auto anchor = root.append_copy(tmp.document_element());
     ShapeNodes s{anchor, anchor, ShapeElementIn(anchor)};
     dead_.erase(s.el.internal_object());
@@ -444,15 +521,16 @@ void Drawing::Remove(const ShapeNodes& s) {
     }
     if (root.find_child([](pugi::xml_node n) { return n.type() == pugi::node_element; })) return;
 
-    // The last shape went: the part, its relationship and the sheet's reference go as well.
+    // The last shape went: the part, its relationship and the sheet's (chart's) reference go as well.
     std::string part = part_;
     book().pkg().RemoveTree(part);
-    auto sheet = pkg.Edit(sheet_.Part()).document_element();
-    for (auto c : sheet.children()) {
-        if (LocalName(c.name()) != "drawing") continue;
+    auto owner = ContainerPart(true);
+    const std::string& ownerPart = sheet_ ? sheet_->Part() : chartPart_;
+    for (auto c : owner.children()) {
+        if (LocalName(c.name()) != (sheet_ ? "drawing" : "userShapes")) continue;
         for (auto at : c.attributes())
-            if (LocalName(at.name()) == "id") pkg.RemoveRel(sheet_.Part(), at.value());
-        sheet.remove_child(c);
+            if (LocalName(at.name()) == "id") pkg.RemoveRel(ownerPart, at.value());
+        owner.remove_child(c);
         break;
     }
     part_.clear();
@@ -460,15 +538,16 @@ void Drawing::Remove(const ShapeNodes& s) {
 
 // ---------------------------------------------------------------- positions
 
-double Drawing::ColX(long col0) { return sheet_.ColumnLeft(col0 + 1); }
+double Drawing::ColX(long col0) { return Sheet("Shape.Left")->ColumnLeft(col0 + 1); }
 
-double Drawing::RowY(long row0) { return sheet_.RowTop(row0 + 1); }
+double Drawing::RowY(long row0) { return Sheet("Shape.Top")->RowTop(row0 + 1); }
 
 void Drawing::XToCol(double x, long& col0, long& offEmu) {
+    auto& sheet = *Sheet("Shape.Left");
     double acc = 0;
     x = std::max(0.0, x);
     for (long c = 1; c <= kMaxCols; ++c) {
-        double w = sheet_.ColumnWidthPoints(c);
+        double w = sheet.ColumnWidthPoints(c);
         if (x < acc + w || c == kMaxCols) {
             col0 = c - 1;
             offEmu = std::min(ToEmu(x - acc), ToEmu(w));
@@ -479,10 +558,11 @@ void Drawing::XToCol(double x, long& col0, long& offEmu) {
 }
 
 void Drawing::YToRow(double y, long& row0, long& offEmu) {
+    auto& sheet = *Sheet("Shape.Top");
     double acc = 0;
     y = std::max(0.0, y);
     for (long r = 1; r <= kMaxRows; ++r) {
-        double h = sheet_.RowHeightPoints(r);
+        double h = sheet.RowHeightPoints(r);
         if (y < acc + h || r == kMaxRows) {
             row0 = r - 1;
             offEmu = std::min(ToEmu(y - acc), ToEmu(h));
@@ -494,6 +574,20 @@ void Drawing::YToRow(double y, long& row0, long& offEmu) {
 
 PointRect Drawing::AnchorRect(pugi::xml_node anchor) {
     auto l = LocalName(anchor.name());
+    if (l == "relSizeAnchor" || l == "absSizeAnchor") {
+        auto size = chartSize_();
+        auto at = [&](const char* corner, const char* axis) { return Kid(Kid(anchor, corner), axis).text().as_double(); };
+        PointRect r{at("from", "x") * size.w, at("from", "y") * size.h, 0, 0};
+        if (l == "relSizeAnchor") {
+            r.w = at("to", "x") * size.w - r.x;
+            r.h = at("to", "y") * size.h - r.y;
+        } else {
+            auto ext = Kid(anchor, "ext");
+            r.w = Emu(ext, "cx") / kEmuPerPoint;
+            r.h = Emu(ext, "cy") / kEmuPerPoint;
+        }
+        return r;
+    }
     auto corner = [&](pugi::xml_node m, double& x, double& y) {
         x = ColX(Kid(m, "col").text().as_int()) + Kid(m, "colOff").text().as_llong() / kEmuPerPoint;
         y = RowY(Kid(m, "row").text().as_int()) + Kid(m, "rowOff").text().as_llong() / kEmuPerPoint;
@@ -521,6 +615,24 @@ PointRect Drawing::AnchorRect(pugi::xml_node anchor) {
 
 void Drawing::WriteAnchor(pugi::xml_node anchor, const PointRect& r) {
     auto l = LocalName(anchor.name());
+    if (l == "relSizeAnchor" || l == "absSizeAnchor") {
+        auto size = chartSize_();
+        const PointRect& in = r;
+        auto put = [&](const char* corner, double x, double y) {
+            auto m = KidMade(anchor, corner);
+            KidMade(m, "x").text().set(host::NumberToText(size.w > 0 ? x / size.w : 0).c_str());
+            KidMade(m, "y").text().set(host::NumberToText(size.h > 0 ? y / size.h : 0).c_str());
+        };
+        put("from", in.x, in.y);
+        if (l == "relSizeAnchor") {
+            put("to", in.x + in.w, in.y + in.h);
+        } else {
+            auto ext = Kid(anchor, "ext");
+            SetAttr(ext, "cx", ToEmu(in.w));
+            SetAttr(ext, "cy", ToEmu(in.h));
+        }
+        return;
+    }
     auto corner = [&](const char* which, double x, double y) {
         auto m = KidMade(anchor, which);
         long col, row, colOff, rowOff;
@@ -561,9 +673,18 @@ PointRect Drawing::Rect(const ShapeNodes& s) {
             Emu(ext, "cx") * sx, Emu(ext, "cy") * sy};
 }
 
-void Drawing::SetRect(const ShapeNodes& s, const PointRect& r) {
+void Drawing::SetRect(const ShapeNodes& s, const PointRect& asked) {
     Root(true);
     auto x = Xfrm(s.el);
+    PointRect r = asked;
+    if (InChart() && !InGroup(s.el)) {
+        // a shape stays inside its chart, as the application keeps it
+        auto size = chartSize_();
+        r.w = std::min(r.w, size.w);
+        r.h = std::min(r.h, size.h);
+        r.x = std::clamp(r.x, 0.0, size.w - r.w);
+        r.y = std::clamp(r.y, 0.0, size.h - r.h);
+    }
     if (!InGroup(s.el)) {
         WriteAnchor(s.anchor, r);
         // The shape's own transform follows the anchor as the application writes it; a chart
@@ -632,17 +753,17 @@ bool Drawing::IsLegacyObject(const ShapeNodes& s) {
 
 long Drawing::TypeOf(const ShapeNodes& s) {
     long t = ShapeType(s.el);
-    if (!IsLegacyObject(s)) return t;
+    if (!IsLegacyObject(s) || !sheet_) return t;
     std::string id = NvProps(s.el).attribute("id").value();
     auto& pkg = book().pkg();
-    auto sheet = pkg.Read(sheet_.Part()).document_element();
+    auto sheet = pkg.Read(sheet_->Part()).document_element();
     for (auto x : sheet.select_nodes(".//*[local-name()='oleObject' or local-name()='control']")) {
         auto n = x.node();
         if (id != n.attribute("shapeId").value()) continue;
         if (LocalName(n.name()) == "oleObject") return n.attribute("link") ? host::msoLinkedOLEObject : host::msoEmbeddedOLEObject;
         for (auto at : n.attributes())
             if (LocalName(at.name()) == "id")
-                for (auto& rel : pkg.Rels(sheet_.Part()))
+                for (auto& rel : pkg.Rels(sheet_->Part()))
                     if (rel.id == at.value())
                         return rel.type.size() >= 8 && rel.type.substr(rel.type.size() - 8) == "ctrlProp" ? host::msoFormControl
                                                                                                      : host::msoOLEControlObject;
@@ -651,7 +772,7 @@ long Drawing::TypeOf(const ShapeNodes& s) {
 }
 
 std::string Drawing::ChartPart(const ShapeNodes& s) {
-    if (LocalName(s.el.name()) != "graphicFrame") return {};
+    if (LocalName(s.el.name()) != "graphicFrame" || InChart()) return {};
     auto data = Kid(Kid(s.el, "graphic"), "graphicData");
     // Only DrawingML charts: the newer chart kinds (chartex) have a part of another model.
     if (std::string_view(data.attribute("uri").value()) != "http://schemas.openxmlformats.org/drawingml/2006/chart") return {};

@@ -1,6 +1,8 @@
 #pragma once
-// Worksheet drawings (xl/drawings/drawingN.xml, spreadsheetDrawing): the shapes of a sheet read
-// from and edited in the drawing part's DOM, which stays the one truth. Not for use outside src/xlsx.
+// Drawings (xl/drawings/drawingN.xml): the shapes of a sheet (spreadsheetDrawing) or drawn inside a
+// chart (chartDrawing, the chart's user shapes), read from and edited in the drawing part's DOM,
+// which stays the one truth. Not for use outside src/xlsx.
+#include <functional>
 #include <map>
 #include <memory>
 #include <set>
@@ -39,17 +41,22 @@ struct PointRect {
     double x = 0, y = 0, w = 0, h = 0;
 };
 
-// The drawing of one sheet. Owned by the sheet; shapes reach it through their sheet.
+// The drawing of one sheet, owned by the sheet, or the user shapes of one chart part, whose
+// places are fractions of the chart's size (`chartSize` answers it in points). Shapes hold it.
 class Drawing {
 public:
     explicit Drawing(SheetImpl& sheet);
+    Drawing(Book& book, std::string chartPart, std::function<PointRect()> chartSize);
 
-    SheetImpl& sheet() { return sheet_; }
-    Book& book();
+    // The sheet of a sheet's drawing; a chart's shapes have no cells under them.
+    std::shared_ptr<SheetImpl> Sheet(const char* member);
+    bool InChart() const { return !chartPart_.empty(); }
+    Book& book() { return book_; }
     // The drawing part, "" while the sheet has none.
     const std::string& Part();
     pugi::xml_node Root(bool edit);  // wsDr; empty without a part
-    // Makes the part, its relationship and the sheet's <drawing r:id> on first use.
+    // Makes the part, its relationship and the sheet's <drawing r:id> (the chart's <c:userShapes
+    // r:id>) on first use.
     pugi::xml_node EnsureRoot();
 
     std::vector<ShapeNodes> TopShapes();  // Z order from the back
@@ -59,7 +66,8 @@ public:
     ShapeNodes FindByName(const std::string& name);  // top-level first, then inside groups
     long NextId();
 
-    // Adds an anchor made from XML with the prefixes xdr: and a: (renamed to the part's own).
+    // Adds an anchor made from XML with the prefixes xdr: and a: (renamed to the part's own); in a
+    // chart, the shape of the sheet anchor goes into an anchor relative to the chart's size.
     ShapeNodes AddAnchor(const std::string& xml, const PointRect& r);
     // Puts top-level shapes into a new group, or a group's members back on the sheet.
     ShapeNodes Group(const std::vector<ShapeNodes>& members);
@@ -98,7 +106,13 @@ private:
     void WriteAnchor(pugi::xml_node anchor, const PointRect& r);
     void Bury(pugi::xml_node n);
 
-    SheetImpl& sheet_;
+    pugi::xml_node ContainerPart(bool edit);  // the sheet or chart part that names the drawing
+    void ChartPrefixes(pugi::xml_node root);
+
+    SheetImpl* sheet_ = nullptr;
+    Book& book_;
+    std::string chartPart_;
+    std::function<PointRect()> chartSize_;
     bool resolved_ = false;
     std::string part_;
     std::set<const void*> dead_;  // elements of removed shapes, so stale handles raise
@@ -110,11 +124,15 @@ long ShapeType(pugi::xml_node el);
 
 // ---------------------------------------------------------------- objects (drawing_*.cpp)
 
-std::shared_ptr<host::Shape> MakeShape(std::shared_ptr<SheetImpl> sheet, const ShapeNodes& s);
+using DrawingPtr = std::shared_ptr<Drawing>;
+
+std::shared_ptr<host::Shape> MakeShape(DrawingPtr drawing, const ShapeNodes& s);
+// The shapes of a chart part, drawn inside the chart.
+std::shared_ptr<host::Shapes> MakeShapes(DrawingPtr drawing);
 
 // The text body of a shape (xdr:txBody), made on first write.
 struct TextHost {
-    std::shared_ptr<SheetImpl> sheet;  // keeps the drawing alive
+    DrawingPtr owner;  // keeps the drawing alive
     ShapeNodes s;
     Drawing& drawing();
     pugi::xml_node Body(bool make);
@@ -122,8 +140,8 @@ struct TextHost {
 std::shared_ptr<host::TextFrame> MakeTextFrame(TextHost host);
 std::shared_ptr<host::TextFrame2> MakeTextFrame2(TextHost host);
 
-std::shared_ptr<host::FillFormat> MakeShapeFill(std::shared_ptr<SheetImpl> sheet, const ShapeNodes& s);
-std::shared_ptr<host::LineFormat> MakeShapeLine(std::shared_ptr<SheetImpl> sheet, const ShapeNodes& s);
+std::shared_ptr<host::FillFormat> MakeShapeFill(DrawingPtr drawing, const ShapeNodes& s);
+std::shared_ptr<host::LineFormat> MakeShapeLine(DrawingPtr drawing, const ShapeNodes& s);
 
 // Theme colours and DrawingML colour elements (srgbClr, schemeClr, sysClr, prstClr) as RGB longs
 // (red in the low byte, as automation has them).

@@ -146,11 +146,11 @@ private:
 
 // spPr and the style of one shape, with the writing of fill elements in schema order.
 struct ShapeProps {
-    std::shared_ptr<SheetImpl> sheet;
+    DrawingPtr drawing;
     ShapeNodes s;
 
-    Drawing& D() { return sheet->drawing(); }
-    Book& book() { return sheet->book(); }
+    Drawing& D() { return *drawing; }
+    Book& book() { return drawing->book(); }
     pugi::xml_node SpPr() {
         if (!D().Alive(s.el)) Refuse("The object invoked has disconnected from its clients.");
         return Kid(s.el, "spPr");
@@ -515,12 +515,12 @@ long ColorElementRgb(Book& book, pugi::xml_node color, long fallback) {
     return Rgb(byte(r), byte(g), byte(b));
 }
 
-std::shared_ptr<host::FillFormat> MakeShapeFill(std::shared_ptr<SheetImpl> sheet, const ShapeNodes& s) {
-    return std::make_shared<ShapeFill>(ShapeProps{std::move(sheet), s});
+std::shared_ptr<host::FillFormat> MakeShapeFill(DrawingPtr drawing, const ShapeNodes& s) {
+    return std::make_shared<ShapeFill>(ShapeProps{std::move(drawing), s});
 }
 
-std::shared_ptr<host::LineFormat> MakeShapeLine(std::shared_ptr<SheetImpl> sheet, const ShapeNodes& s) {
-    return std::make_shared<ShapeLine>(ShapeProps{std::move(sheet), s});
+std::shared_ptr<host::LineFormat> MakeShapeLine(DrawingPtr drawing, const ShapeNodes& s) {
+    return std::make_shared<ShapeLine>(ShapeProps{std::move(drawing), s});
 }
 
 }  // namespace xlsx

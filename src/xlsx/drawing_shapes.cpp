@@ -82,11 +82,17 @@ std::string Xml(const std::string& s) {
 
 // ---------------------------------------------------------------- Shape
 
+// A sheet's drawing as its shapes hold it: sharing the sheet's ownership, so that a shape keeps
+// its sheet, and the sheet its drawing.
+namespace {
+DrawingPtr SheetDrawing(const std::shared_ptr<SheetImpl>& sheet) { return DrawingPtr(sheet, &sheet->drawing()); }
+}  // namespace
+
 class ShapeImpl : public host::Shape {
 public:
-    ShapeImpl(std::shared_ptr<SheetImpl> sheet, ShapeNodes s) : sheet_(std::move(sheet)), s_(s) {}
+    ShapeImpl(DrawingPtr drawing, ShapeNodes s) : drawing_(std::move(drawing)), s_(s) {}
 
-    Drawing& D() { return sheet_->drawing(); }
+    Drawing& D() { return *drawing_; }
     const ShapeNodes& nodes() {
         if (!D().Alive(s_.el)) Refuse("The object invoked has disconnected from its clients.");
         s_ = D().NodesOf(s_.el);
@@ -202,14 +208,14 @@ public:
         long c, r0, off;
         D().XToCol(r.x, c, off);
         D().YToRow(r.y, r0, off);
-        return MakeRange(sheet_, r0 + 1, c + 1, r0 + 1, c + 1);
+        return MakeRange(D().Sheet("Shape.TopLeftCell"), r0 + 1, c + 1, r0 + 1, c + 1);
     }
     Ref<host::Range> BottomRightCell() override {
         auto r = D().Rect(nodes());
         long c, r0, off;
         D().XToCol(r.x + r.w, c, off);
         D().YToRow(r.y + r.h, r0, off);
-        return MakeRange(sheet_, r0 + 1, c + 1, r0 + 1, c + 1);
+        return MakeRange(D().Sheet("Shape.BottomRightCell"), r0 + 1, c + 1, r0 + 1, c + 1);
     }
     long Visible() override { return Tri(!CNvPr(El()).attribute("hidden").as_bool()); }
     void SetVisible(long v) override { SetOrRemove(CNvPr(Edit()), "hidden", True(v) ? "" : "1"); }
@@ -220,11 +226,11 @@ public:
     Ref<host::TextFrame2> TextFrame2() override { return MakeTextFrame2(Text()); }
     Ref<host::FillFormat> Fill() override {
         if (!Kid(El(), "spPr")) DoesNotApply();
-        return MakeShapeFill(sheet_, nodes());
+        return MakeShapeFill(drawing_, nodes());
     }
     Ref<host::LineFormat> Line() override {
         if (!Kid(El(), "spPr")) DoesNotApply();
-        return MakeShapeLine(sheet_, nodes());
+        return MakeShapeLine(drawing_, nodes());
     }
     long HasChart() override { return Tri(Type() == host::msoChart); }
     Ref<host::Chart> Chart() override;
@@ -233,7 +239,7 @@ public:
     void Select(const Variant&) override { NotAvailable("Shape.Select"); }
     void Delete() override { D().Remove(nodes()); }
 
-    const std::shared_ptr<SheetImpl>& sheet() const { return sheet_; }
+    const DrawingPtr& drawing() const { return drawing_; }
 
 private:
     template <class F>
@@ -245,18 +251,18 @@ private:
     }
     TextHost Text() {
         if (LocalName(El().name()) != "sp") DoesNotApply();
-        return {sheet_, nodes()};
+        return {drawing_, nodes()};
     }
 
-    std::shared_ptr<SheetImpl> sheet_;
+    DrawingPtr drawing_;
     ShapeNodes s_;
 };
 
-std::shared_ptr<host::Shape> MakeShape(std::shared_ptr<SheetImpl> sheet, const ShapeNodes& s) {
-    return std::make_shared<ShapeImpl>(std::move(sheet), s);
+std::shared_ptr<host::Shape> MakeShape(DrawingPtr drawing, const ShapeNodes& s) {
+    return std::make_shared<ShapeImpl>(std::move(drawing), s);
 }
 
-Drawing& TextHost::drawing() { return sheet->drawing(); }
+Drawing& TextHost::drawing() { return *owner; }
 
 pugi::xml_node TextHost::Body(bool make) {
     auto& d = drawing();
@@ -291,15 +297,15 @@ public:
     }
     Ref<host::Shape> Group() override {
         std::vector<ShapeNodes> members;
-        std::shared_ptr<SheetImpl> sheet;
+        DrawingPtr drawing;
         for (auto& s : shapes_) {
             auto impl = std::dynamic_pointer_cast<ShapeImpl>(s);
-            if (!impl || (sheet && impl->sheet() != sheet)) NotAvailable("ShapeRange.Group of these shapes");
-            sheet = impl->sheet();
+            if (!impl || (drawing && impl->drawing() != drawing)) NotAvailable("ShapeRange.Group of these shapes");
+            drawing = impl->drawing();
             members.push_back(impl->nodes());
         }
         if (members.size() < 2) Refuse("Group method of ShapeRange class failed");
-        return MakeShape(sheet, sheet->drawing().Group(members));
+        return MakeShape(drawing, drawing->Group(members));
     }
 
     // Reading needs exactly one shape; writing goes to every shape.
@@ -377,16 +383,16 @@ Ref<host::ShapeRange> RangeOf(const std::vector<std::string>& names,
 
 class GroupShapesImpl : public host::GroupShapes {
 public:
-    GroupShapesImpl(std::shared_ptr<SheetImpl> sheet, ShapeNodes group) : sheet_(std::move(sheet)), g_(group) {}
+    GroupShapesImpl(DrawingPtr drawing, ShapeNodes group) : drawing_(std::move(drawing)), g_(group) {}
     long Count() override { return static_cast<long>(List().size()); }
     Ref<host::Shape> Item(long index) override {
         auto l = List();
         if (index < 1 || index > static_cast<long>(l.size())) Refuse("The index into the specified collection is out of bounds.");
-        return MakeShape(sheet_, l[index - 1]);
+        return MakeShape(drawing_, l[index - 1]);
     }
     Ref<host::Shape> Item(const std::string& name) override {
         for (auto& s : List())
-            if (host::EqualsNoCase(CNvPr(s.el).attribute("name").value(), name)) return MakeShape(sheet_, s);
+            if (host::EqualsNoCase(CNvPr(s.el).attribute("name").value(), name)) return MakeShape(drawing_, s);
         Refuse("The item with the specified name wasn't found.");
     }
     Ref<host::ShapeRange> Range(const std::vector<std::string>& names) override {
@@ -395,23 +401,23 @@ public:
 
 private:
     std::vector<ShapeNodes> List() {
-        if (!sheet_->drawing().Alive(g_.el)) Refuse("The object invoked has disconnected from its clients.");
-        return sheet_->drawing().Members(sheet_->drawing().NodesOf(g_.el));
+        if (!drawing_->Alive(g_.el)) Refuse("The object invoked has disconnected from its clients.");
+        return drawing_->Members(drawing_->NodesOf(g_.el));
     }
-    std::shared_ptr<SheetImpl> sheet_;
+    DrawingPtr drawing_;
     ShapeNodes g_;
 };
 
 Ref<host::ShapeRange> ShapeImpl::Ungroup() {
     if (LocalName(El().name()) != "grpSp") DoesNotApply();
     std::vector<std::shared_ptr<host::Shape>> list;
-    for (auto& m : D().Ungroup(nodes())) list.push_back(MakeShape(sheet_, m));
+    for (auto& m : D().Ungroup(nodes())) list.push_back(MakeShape(drawing_, m));
     return std::make_shared<ShapeRangeImpl>(std::move(list));
 }
 
 Ref<host::GroupShapes> ShapeImpl::GroupItems() {
     if (LocalName(El().name()) != "grpSp") DoesNotApply();
-    return std::make_shared<GroupShapesImpl>(sheet_, nodes());
+    return std::make_shared<GroupShapesImpl>(drawing_, nodes());
 }
 
 // ---------------------------------------------------------------- ChartObject
@@ -427,7 +433,7 @@ public:
         if (!sheet) Refuse("The object invoked has disconnected from its clients.");
         return sheet;
     }
-    std::shared_ptr<ShapeImpl> S() { return std::make_shared<ShapeImpl>(Sheet(), s_); }
+    std::shared_ptr<ShapeImpl> S() { return std::make_shared<ShapeImpl>(SheetDrawing(Sheet()), s_); }
 
     std::string Name() override { return S()->Name(); }
     void SetName(const std::string& v) override { S()->SetName(v); }
@@ -496,7 +502,7 @@ private:
 
 std::shared_ptr<ChartObjectImpl> Drawing::Frame(const ShapeNodes& s) {
     auto& f = frames_[s.el.internal_object()];
-    if (!f) f = std::make_shared<ChartObjectImpl>(sheet_.weak_from_this(), s);
+    if (!f) f = std::make_shared<ChartObjectImpl>(Sheet("ChartObject")->weak_from_this(), s);
     return f;
 }
 
@@ -583,17 +589,17 @@ long ChartObjectImpl::Index() {
 
 class ShapesImpl : public host::Shapes {
 public:
-    explicit ShapesImpl(std::shared_ptr<SheetImpl> sheet) : sheet_(std::move(sheet)) {}
+    explicit ShapesImpl(DrawingPtr drawing) : drawing_(std::move(drawing)) {}
     long Count() override { return static_cast<long>(D().TopShapes().size()); }
     Ref<host::Shape> Item(long index) override {
         auto l = D().TopShapes();
         if (index < 1 || index > static_cast<long>(l.size())) Refuse("The index into the specified collection is out of bounds.");
-        return MakeShape(sheet_, l[index - 1]);
+        return MakeShape(drawing_, l[index - 1]);
     }
     Ref<host::Shape> Item(const std::string& name) override {
         auto s = D().FindByName(name);
         if (!s) Refuse("The item with the specified name wasn't found.");
-        return MakeShape(sheet_, s);
+        return MakeShape(drawing_, s);
     }
     Ref<host::ShapeRange> Range(const std::string& name) override { return Range(std::vector<std::string>{name}); }
     Ref<host::ShapeRange> Range(const std::vector<std::string>& names) override {
@@ -643,19 +649,20 @@ public:
     Ref<host::Shape> AddChart(const Variant& type, const Variant& left, const Variant& top, const Variant& width,
                               const Variant& height) override {
         // Left out, the frame takes the application's default size of 5 by 3 inches at the sheet's corner.
+        if (D().InChart()) NotAvailable("Shapes.AddChart inside a chart");
         auto num = [](const Variant& v, double d) { return v.IsEmpty() ? d : host::CDbl(v); };
         auto s = AddFrame(D(), num(left, 0), num(top, 0), num(width, 360), num(height, 216));
         if (!type.IsEmpty()) D().Frame(s)->Chart()->SetChartType(host::CLng(type));
-        return MakeShape(sheet_, s);
+        return MakeShape(drawing_, s);
     }
 
 private:
     Ref<host::Shape> Added(const std::string& xml, double left, double top, double width, double height) {
         if (width < 0 || height < 0) Refuse("The specified value is out of range.");
-        return MakeShape(sheet_, D().AddAnchor(xml, {left, top, width, height}));
+        return MakeShape(drawing_, D().AddAnchor(xml, {left, top, width, height}));
     }
-    Drawing& D() { return sheet_->drawing(); }
-    std::shared_ptr<SheetImpl> sheet_;
+    Drawing& D() { return *drawing_; }
+    DrawingPtr drawing_;
 };
 
 // ---------------------------------------------------------------- the sheet's side
@@ -665,7 +672,9 @@ Drawing& SheetImpl::drawing() {
     return *drawing_;
 }
 
-host::Ref<host::Shapes> SheetImpl::Shapes() { return std::make_shared<ShapesImpl>(shared_from_this()); }
+host::Ref<host::Shapes> SheetImpl::Shapes() { return std::make_shared<ShapesImpl>(SheetDrawing(shared_from_this())); }
+
+std::shared_ptr<host::Shapes> MakeShapes(DrawingPtr drawing) { return std::make_shared<ShapesImpl>(std::move(drawing)); }
 
 host::Ref<host::ChartObjects> SheetImpl::ChartObjects() { return std::make_shared<ChartObjectsImpl>(shared_from_this()); }
 

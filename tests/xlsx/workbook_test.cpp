@@ -216,7 +216,9 @@ TEST(Workbook, ApplicationPropertiesAndMacros) {
     reopened->Worksheets()->Item(2L)->Activate();
     EXPECT_FALSE(app2->ActiveWindow()->DisplayGridlines());
     EXPECT_FALSE(app2->ActiveWindow()->DisplayHeadings());
-    if (ts::HaveValidator()) EXPECT_EQ(ts::ValidateXlsx({path}).status, 0);
+    if (ts::HaveValidator()) {
+        EXPECT_EQ(ts::ValidateXlsx({path}).status, 0);
+    }
 }
 
 }  // namespace

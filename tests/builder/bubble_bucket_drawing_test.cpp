@@ -1,0 +1,175 @@
+// Bubble and strategic bucket charts drawn from their blocks: one series per row with the colours
+// the host gave, quadrants, the bucket marks, and the legend drawn of shapes.
+#include "builder_world.h"
+#include "host/format.h"
+
+using buildertest::BuilderWorld;
+using buildertest::Def;
+using buildertest::Group;
+using host::Variant;
+
+namespace {
+
+const std::string kPlot = Group("categories", "rows", {"Name"}) + Group("x-values", "", {"X"}) +
+                          Group("values", "", {"Y"}) + Group("series", "rows", {"Colour"}) +
+                          Group("bubble-sizes", "", {"Size"});
+
+std::vector<std::string> Names(const host::Ref<host::Chart>& chart) {
+    std::vector<std::string> out;
+    for (auto& s : host::Each(*chart->SeriesCollection())) out.push_back(s->Name());
+    return out;
+}
+
+std::vector<std::string> ShapeNames(const host::Ref<host::Chart>& chart) {
+    std::vector<std::string> out;
+    for (auto& s : host::Each(*chart->Shapes())) out.push_back(s->Name());
+    return out;
+}
+
+}  // namespace
+
+TEST(BubbleDrawing, OneSeriesPerRowColouredByKeyWithADrawnLegend) {
+    BuilderWorld w;
+    std::vector<std::vector<Variant>> rows = {{"Name", "Colour", "X", "Y", "Size"}};
+    for (int i = 1; i <= 10; ++i)
+        rows.push_back({"Item" + std::to_string(i), i % 2 ? "Odd" : "Even", 4.0 + i, 2.0 * i, 11.0 - i});
+    w.Table("Data1", rows);
+    w.Sheet("Sheet1")->Activate();
+    w.Chart(Def("VEX_Chart1", "bubble",
+                kPlot + "<axes><axis type=\"label\" label=\"Reach\"/><axis type=\"value\" label=\"Growth\"/></axes>" +
+                    "<static-attributes><attribute setting=\"quadrants\"/></static-attributes>",
+                " title=\"Portfolio\""));
+    w.b.PopulateChart("VEX_Chart1");
+    EXPECT_TRUE(w.dialogs.messages.empty()) << w.dialogs.Texts()[0];
+
+    auto chart = w.ChartObject("VEX_Chart1");
+    EXPECT_EQ(chart->ChartType(), host::xlBubble);
+    ASSERT_EQ(chart->SeriesCollection()->Count(), 10);
+    // The block is sorted largest bubble first: Item1 (size 10) leads.
+    auto names = Names(chart);
+    EXPECT_EQ(std::vector<std::string>(names.begin(), names.begin() + 3), (std::vector<std::string>{"Odd", "Even", "Odd"}));
+    ASSERT_EQ(w.b.mSeriesColors->Count(), 2);
+    long odd = host::CLng(w.b.mSeriesColors->Item("Odd")->Color());
+    long even = host::CLng(w.b.mSeriesColors->Item("Even")->Color());
+    EXPECT_NE(odd, even);
+    for (long i = 1; i <= 10; ++i) {
+        auto series = chart->SeriesCollection(i);
+        EXPECT_EQ(host::CLng(series->Interior()->Color()), series->Name() == "Odd" ? odd : even) << i;
+        EXPECT_EQ(series->DataLabels(1)->Text(), "Item" + std::to_string(i));
+        EXPECT_EQ(series->Values().size(), 1u);
+    }
+    EXPECT_EQ(chart->SeriesCollection(1L)->Formula(),
+              "=SERIES(\"Odd\",VEX_ChartData!$D$2,VEX_ChartData!$E$2,1,VEX_ChartData!$F$2)");
+
+    // Titles as stored; the quadrant cross over X 5..14 and Y 2..20, from 0 to a tenth above.
+    EXPECT_EQ(chart->ChartTitle()->Text(), "Portfolio");
+    EXPECT_EQ(chart->Axes(host::xlCategory)->AxisTitle()->Text(), "Reach");
+    auto x = chart->Axes(host::xlCategory);
+    EXPECT_EQ(x->MinimumScale(), 0);
+    EXPECT_EQ(x->MaximumScale(), 15);
+    EXPECT_EQ(x->MajorUnit(), 7.5);
+    EXPECT_EQ(x->TickLabelPosition(), host::xlTickLabelPositionLow);
+    auto y = chart->Axes(host::xlValue);
+    EXPECT_EQ(y->MaximumScale(), 22);
+    EXPECT_TRUE(y->HasMajorGridlines());
+
+    // The drawn legend: the built-in one off, one text and one round key per name, grouped.
+    EXPECT_FALSE(chart->HasLegend());
+    ASSERT_EQ(ShapeNames(chart), std::vector<std::string>{"VEX_Legend"});
+    auto group = chart->Shapes()->Item("VEX_Legend");
+    std::vector<std::string> items;
+    for (auto& s : host::Each(*group->GroupItems())) items.push_back(s->Name() + "|" + s->AlternativeText());
+    EXPECT_EQ(items, (std::vector<std::string>{"Odd Text|VEX_LS_Odd Text", "Odd Key|VEX_LS_Odd Key",
+                                               "Even Text|VEX_LS_Even Text", "Even Key|VEX_LS_Even Key"}));
+    auto key = group->GroupItems()->Item("Even Key");
+    EXPECT_EQ(key->AutoShapeType(), host::msoShapeOval);
+    EXPECT_EQ(key->Fill()->ForeColor()->RGB(), even);
+    EXPECT_NEAR(key->Height(), 8, 0.01);
+    EXPECT_NEAR(group->GroupItems()->Item("Even Text")->Top() - group->GroupItems()->Item("Odd Text")->Top(), 13, 0.01);
+
+    // Saved and reopened, and refreshed again: one legend, not two.
+    w.f.SaveChartDefinition(w.c.colCharts->Item("VEX_Chart1"));
+    w.SaveAndReopen("bubble-drawing");
+    w.c.colCharts = nullptr;
+    w.c.colChartObjects = nullptr;
+    w.c.colChartShapes = nullptr;
+    w.c.colTables = nullptr;
+    w.b.PopulateChart("VEX_Chart1");
+    EXPECT_TRUE(w.dialogs.messages.empty()) << w.dialogs.Texts()[0];
+    EXPECT_EQ(ShapeNames(w.f.FindChartObject("VEX_Chart1", "Sheet1")), std::vector<std::string>{"VEX_Legend"});
+}
+
+TEST(BubbleDrawing, TheOlderHostUsesTheBuiltInLegend) {
+    BuilderWorld w;
+    w.app = xlsx::NewApplication(xlsx::EngineOptions{"11.0"});
+    w.c.oApplication = w.app;
+    w.c.oWorkbook = w.app->NewWorkbook();
+    w.Table("Data1", {{"Name", "Colour", "X", "Y", "Size"},
+                      {"A", "Red", 1.0, 2.0, 3.0},
+                      {"B", "Red", 2.0, 3.0, 1.0},
+                      {"Loose", Variant(), 20.0, 1.0, 0.5}});
+    w.Sheet("Sheet1")->Activate();
+    w.Chart(Def("VEX_Chart1", "bubble",
+                kPlot + "<dynamic-attributes><attribute setting=\"3D\"/></dynamic-attributes>"
+                        "<auto-persistence><persist property=\"legend-visibility\" value=\"show\"/></auto-persistence>"));
+    w.b.PopulateChart("VEX_Chart1");
+    EXPECT_TRUE(w.dialogs.messages.empty()) << w.dialogs.Texts()[0];
+    auto chart = w.ChartObject("VEX_Chart1");
+    EXPECT_EQ(chart->ChartType(), host::xlBubble3DEffect);
+    EXPECT_TRUE(chart->HasLegend());
+    EXPECT_EQ(chart->Shapes()->Count(), 0);
+    // Rows of one key share one legend entry; a row without a key is a placeholder on the first
+    // cell. Its sizes were refused: the chart wasn't a bubble chart yet on this road.
+    EXPECT_EQ(chart->Legend()->LegendEntries()->Count(), 2);
+    EXPECT_EQ(chart->SeriesCollection(3L)->Formula(), "=SERIES(,VEX_ChartData!$A$1,VEX_ChartData!$A$1,3)");
+}
+
+TEST(BucketDrawing, StackedItemsAndARedDashPerBucket) {
+    BuilderWorld w;
+    w.Table("Data1", {{"Item", "Bucket", "Amount", "Label"},
+                      {"Widget", "Growth", 10.0, "Red"},
+                      {"Gadget", "Core", 5.0, "Blue"},
+                      {"Gizmo", "Core", 3.0, "Red"}});
+    auto r = w.AddSheet("Ranges");
+    w.Row(r, 1, 1, {"Targets"});
+    w.Row(r, 3, 1, {"Bucket", "Amount"});
+    w.Row(r, 4, 1, {"Growth", 100.0});
+    w.Row(r, 5, 1, {"Core", 50.0});
+    w.Name("VEX_SBTargets", "=Ranges!$A$1:$B$5");
+    w.Sheet("Sheet1")->Activate();
+    w.Chart(Def("VEX_Chart1", "strategic bucket",
+                Group("categories", "rows", {"Item"}) + Group("series", "rows", {"Label"}) +
+                    "<data-labels manual-labels=\"yes\"/>",
+                " strategic-bucket-table-id=\"VEX_SBTargets\" title=\"Buckets\""));
+    w.b.PopulateChart("VEX_Chart1");
+    EXPECT_TRUE(w.dialogs.messages.empty()) << w.dialogs.Texts()[0];
+
+    auto chart = w.ChartObject("VEX_Chart1");
+    EXPECT_EQ(Names(chart), (std::vector<std::string>{"Red", "Blue", "Red", "Strategic Buckets"}));
+    EXPECT_EQ(chart->ChartType(), host::xlCombination);
+    for (long i = 1; i <= 3; ++i) {
+        auto series = chart->SeriesCollection(i);
+        EXPECT_EQ(series->ChartType(), host::xlColumnStacked);
+        ASSERT_TRUE(series->HasDataLabels());
+        // Version 16 labels every bucket of an item, the empty one too.
+        EXPECT_EQ(series->DataLabels(1)->Text(), series->DataLabels(2)->Text());
+    }
+    EXPECT_EQ(chart->SeriesCollection(1L)->Formula(),
+              "=SERIES(\"Red\",VEX_ChartData!$E$1:$F$1,VEX_ChartData!$E$3:$F$3,1)");
+    EXPECT_EQ(chart->ChartGroups(1)->GapWidth(), 0);
+    auto buckets = chart->SeriesCollection(4L);
+    EXPECT_EQ(buckets->ChartType(), host::xlLineMarkers);
+    EXPECT_EQ(buckets->MarkerStyle(), host::xlMarkerStyleDash);
+    EXPECT_EQ(buckets->MarkerSize(), 55);
+    EXPECT_EQ(buckets->MarkerForegroundColor(), 255);
+    EXPECT_EQ(buckets->Values(), (std::vector<Variant>{100.0, 50.0}));
+    ASSERT_TRUE(buckets->HasDataLabels());
+    EXPECT_EQ(host::CStr(buckets->DataLabels()->Font()->Name()), "Arial");
+    EXPECT_EQ(host::CLng(buckets->DataLabels()->Font()->Color()), 16777215);
+    // Red and Blue in the drawn legend with square keys; the bucket series has none.
+    auto group = chart->Shapes()->Item("VEX_Legend");
+    EXPECT_EQ(group->GroupItems()->Count(), 4);
+    EXPECT_EQ(group->GroupItems()->Item("Red Key")->AutoShapeType(), host::msoShapeRectangle);
+    EXPECT_EQ(host::CLng(chart->SeriesCollection(3L)->Interior()->Color()),
+              host::CLng(chart->SeriesCollection(1L)->Interior()->Color()));
+}
