@@ -35,6 +35,27 @@ pugi::xml_node Node(ChartDoc& doc, long type, long group) {
 
 double Num(pugi::xml_node parent, std::string_view local) { return std::atof(Val(parent, local, "0").c_str()); }
 
+// The number format of the cells an axis shows, as the first series on it caches it: what a
+// linked axis displays. Empty when no series holds numbers there.
+std::string SourceFormat(ChartDoc& doc, pugi::xml_node axis) {
+    long id = std::stol(Val(axis, "axId", "0"));
+    bool horizontal = Val(axis, "axPos") == "b" || Val(axis, "axPos") == "t";
+    for (auto g : Groups(doc)) {
+        bool onAxis = false;
+        for (auto a : ChildrenL(g, "axId")) onAxis = onAxis || a.attribute("val").as_llong() == id;
+        if (!onAxis) continue;
+        for (auto ser : ChildrenL(g, "ser")) {
+            const char* data = LocalName(axis) == "catAx" || LocalName(axis) == "dateAx" ? "cat"
+                               : Kid(ser, "val")                                      ? "val"
+                               : horizontal                                            ? "xVal"
+                                                                                       : "yVal";
+            auto code = Kid(Kid(Kid(Kid(ser, data), "numRef"), "numCache"), "formatCode");
+            if (code) return code.text().get();
+        }
+    }
+    return {};
+}
+
 class GridlinesImpl : public GridlinesBase {
 public:
     GridlinesImpl(DocPtr d, std::function<pugi::xml_node(bool)> axis, const char* which)
@@ -75,7 +96,15 @@ public:
         auto nf = Kid(axis_(false), "numFmt");
         return nf ? nf.attribute("sourceLinked").as_bool() : true;
     }
-    void SetNumberFormatLinked(bool v) override { NumFmt().attribute("sourceLinked") = v ? "1" : "0"; }
+    void SetNumberFormatLinked(bool v) override {
+        auto nf = NumFmt();
+        nf.attribute("sourceLinked") = v ? "1" : "0";
+        // Readers that don't look at the cells show the code, so it carries the cells' format.
+        if (v) {
+            std::string code = SourceFormat(*d_, axis_(true));
+            if (!code.empty()) nf.attribute("formatCode") = code.c_str();
+        }
+    }
     void Delete() override {
         d_->Touch();
         SetVal(axis_(true), "tickLblPos", "none", kAxOrder, d_->c);

@@ -134,7 +134,7 @@ TEST(Drawing, TitlesAxisTitlesLabelsAndTheLegendOfABarAndAColumnChart) {
                                {"LabelAxis-font-size", "12"},
                                {"LabelAxis-font-style", ""},
                                {"unknown-key", "1"}}),
-                " title=\"Sales by region\""));
+                " title=\"Sales by region\" number-format=\"#,##0.0\""));
     // A legend the user dragged: left and top beat the stored position; the axis with an empty label
     // loses the title the user gave it by hand.
     w.Chart(Def("VEX_Chart3", "area",
@@ -173,6 +173,9 @@ TEST(Drawing, TitlesAxisTitlesLabelsAndTheLegendOfABarAndAColumnChart) {
     // A column chart: titles the other way round, persisted fonts, the legend shown at the bottom.
     auto& column = charts[1];
     EXPECT_EQ(column->ChartTitle()->Text(), "Sales by region");
+    // Linked to the block's cells, the value axis carries their format for readers that don't look.
+    EXPECT_TRUE(column->Axes(host::xlValue)->TickLabels()->NumberFormatLinked());
+    EXPECT_EQ(column->Axes(host::xlValue)->TickLabels()->NumberFormat(), "#,##0.0");
     EXPECT_EQ(host::CLng(column->Axes(host::xlCategory)->AxisTitle()->Orientation()), host::xlHorizontal);
     EXPECT_EQ(host::CLng(column->Axes(host::xlValue)->AxisTitle()->Orientation()), host::xlUpward);
     EXPECT_EQ(FontText(column->Axes(host::xlCategory)->AxisTitle()->Font()), "Verdana Bold 12 0")
