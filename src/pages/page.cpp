@@ -9,6 +9,8 @@ namespace ps {
 
 // ---------------------------------------------------------------- all pages
 
+std::string PageCaption(const char* sPage) { return std::string(sProductTitle) + " - " + sPage; }
+
 PSForm::PSForm(Component& c, std::string formName, std::string caption, long lPageCode)
     : forms::Form(c.frontEnd, std::move(formName)), c(c), caption_(std::move(caption)), lPageCode_(lPageCode) {}
 

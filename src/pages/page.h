@@ -13,6 +13,9 @@ namespace ps {
 // Page codes passed to PSJumpToStep as the origin of a move.
 enum PageCode : long { pcOutside = 1, pcSelectAction = 2, pcSelectTable = 3, pcLayout = 4, pcChartLocation = 5 };
 
+// "<product> - <page>": the caption of a wizard page.
+std::string PageCaption(const char* sPage);
+
 class PSForm : public forms::Form {
 public:
     PSForm(Component& c, std::string formName, std::string caption, long lPageCode);

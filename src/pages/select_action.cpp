@@ -8,7 +8,7 @@
 namespace ps {
 
 frmPSSelectAction::frmPSSelectAction(Component& c)
-    : PSForm(c, "frmPSSelectAction", std::string(sProductTitle) + " - Select Action", pcSelectAction) {}
+    : PSForm(c, "frmPSSelectAction", PageCaption("Select Action"), pcSelectAction) {}
 
 void frmPSSelectAction::DesignPage() {
     AddButton("cmdNew", "&New...", static_cast<void (PSForm::*)()>(&frmPSSelectAction::cmdNew_Click)).SetDefault(true);
