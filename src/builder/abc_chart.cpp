@@ -83,6 +83,21 @@ void PSChartBuilder::PopulateABCChart(const dom::Element& oChartElement) {
     }
 }
 
+// An axis title in the persisted font of its axis: the label axis (category) or the value axis.
+void PSChartBuilder::ApplyAxisTitle(bool bLabel, const std::string& sLabel, bool bSizeThroughVal) {
+    auto oAxis = Obj(mChart).Axes(bLabel ? host::xlCategory : host::xlValue, host::xlPrimary);
+    oAxis->SetHasTitle(true);
+    auto oTitle = oAxis->AxisTitle();
+    oTitle->SetText(sLabel);
+    auto oFont = oTitle->Font();
+    const Variant& vSize = bLabel ? mLabelAxisFontSize : mValueAxisFontSize;
+    oFont->SetSize(bSizeThroughVal ? Variant(ValOf(vSize)) : vSize);
+    oFont->SetName(bLabel ? mLabelAxisFontName : mValueAxisFontName);
+    oFont->SetColor(bLabel ? mLabelAxisFontColor : mValueAxisFontColor);
+    oFont->SetFontStyle(bLabel ? mLabelAxisFontStyle : mValueAxisFontStyle);
+    oTitle->SetAutoScaleFont(CommonFunctions::SafeBool(bLabel ? mLabelAxisFontAutoScale : mValueAxisFontAutoScale));
+}
+
 // Title, legend from the series headings, axis titles and their fonts, the linked number format and
 // the titles' orientation: the first steps of area, bar, column and bucket charts alike.
 void PSChartBuilder::ApplyTitleAndAxes(const dom::Element& oChartElement, bool bYieldPerAxis) {
@@ -100,19 +115,8 @@ void PSChartBuilder::ApplyTitleAndAxes(const dom::Element& oChartElement, bool b
             std::string sLabel = cf.GetAttributeText(oAxis, "label");
             if ((sType == "label" || sType == "value") && !sLabel.empty()) {
                 bool bLabel = sType == "label";
-                long k = bLabel ? host::xlCategory : host::xlValue;
-                oChart.SetHasAxis(k, true);
-                auto oAxis_ = oChart.Axes(k, host::xlPrimary);
-                oAxis_->SetHasTitle(true);
-                auto oTitle = oAxis_->AxisTitle();
-                oTitle->SetText(sLabel);
-                auto oFont = oTitle->Font();
-                oFont->SetSize(ValOf(bLabel ? mLabelAxisFontSize : mValueAxisFontSize));
-                oFont->SetName(bLabel ? mLabelAxisFontName : mValueAxisFontName);
-                oFont->SetColor(bLabel ? mLabelAxisFontColor : mValueAxisFontColor);
-                oFont->SetFontStyle(bLabel ? mLabelAxisFontStyle : mValueAxisFontStyle);
-                oTitle->SetAutoScaleFont(
-                    CommonFunctions::SafeBool(bLabel ? mLabelAxisFontAutoScale : mValueAxisFontAutoScale));
+                oChart.SetHasAxis(bLabel ? host::xlCategory : host::xlValue, true);
+                ApplyAxisTitle(bLabel, sLabel, true);
             }
             if (bYieldPerAxis) cf.YieldToHost();
         }

@@ -162,20 +162,8 @@ void PSChartBuilder::SetBubbleChartAttributes(const dom::Element& oChartElement)
             for (auto oAxis : oAxes.selectNodes("axis")) {
                 std::string sType = cf.GetAttributeText(oAxis, "type");
                 std::string sLabel = cf.GetAttributeText(oAxis, "label");
-                if ((sType == "label" || sType == "value") && !sLabel.empty()) {
-                    bool bLabel = sType == "label";
-                    auto oAxis_ = oChart.Axes(bLabel ? host::xlCategory : host::xlValue, host::xlPrimary);
-                    oAxis_->SetHasTitle(true);
-                    auto oTitle = oAxis_->AxisTitle();
-                    oTitle->SetText(sLabel);
-                    // The size as stored, unlike the other families.
-                    oTitle->Font()->SetSize(bLabel ? mLabelAxisFontSize : mValueAxisFontSize);
-                    oTitle->Font()->SetName(bLabel ? mLabelAxisFontName : mValueAxisFontName);
-                    oTitle->Font()->SetColor(bLabel ? mLabelAxisFontColor : mValueAxisFontColor);
-                    oTitle->Font()->SetFontStyle(bLabel ? mLabelAxisFontStyle : mValueAxisFontStyle);
-                    oTitle->SetAutoScaleFont(
-                        CommonFunctions::SafeBool(bLabel ? mLabelAxisFontAutoScale : mValueAxisFontAutoScale));
-                }
+                // The size as stored, unlike the other families.
+                if ((sType == "label" || sType == "value") && !sLabel.empty()) ApplyAxisTitle(sType == "label", sLabel, false);
                 cf.YieldToHost();
             }
         }

@@ -144,6 +144,7 @@ public:
     // The definition's title, or none; data labels of one type and place in the persisted label font.
     void ApplyTitle(const dom::Element& oChartElement);
     void ApplyTitleAndAxes(const dom::Element& oChartElement, bool bYieldPerAxis);
+    void ApplyAxisTitle(bool bLabel, const std::string& sLabel, bool bSizeThroughVal);
     void LabelAllSeries(long lType, long lPosition);
     void PopulatePieChart(const dom::Element& oChartElement);
     void SetPieChartAttributes(const dom::Element& oChartElement);
