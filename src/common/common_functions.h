@@ -12,7 +12,25 @@
 #include "host/fwd.h"
 #include "host/variant.h"
 
+namespace forms {
+class Form;
+struct FontAttributes;
+}  // namespace forms
+
 namespace ps {
+
+// ---- locale support (locale.cpp): only fonts follow the user's locale, never texts
+// The user's default locale identifier, worked out from the POSIX locale of the environment
+// (LC_ALL, LC_CTYPE, LANG); 1033 when none names a language.
+long GetUserDefaultLCID();
+// The character set, and for the East Asian locales the typeface, that fit a locale.
+void ApplyLocaleFont(forms::FontAttributes& oFont, long lLCID);
+void ApplyLocaleFont(forms::FontAttributes& oFont);
+// The system's interface typeface (an empty name) and a least size of 8.
+void SetDefaultLocaleFont(forms::FontAttributes& oFont);
+// The form's font and those of its controls, grids apart; controls without a font are passed over.
+void ApplyLocaleFontsToForm(forms::Form& oForm, long lLCID);
+void ApplyLocaleFontsToForm(forms::Form& oForm);
 
 class CommonFunctions {
 public:

@@ -29,6 +29,7 @@ void PSForm::Design() {
 }
 
 void PSForm::Form_Load() {
+    Handle([&] { ApplyLocaleFontsToForm(*this); });
     SetCaption(caption_);
     Handle([&] { LoadPage(); });
 }
@@ -88,6 +89,11 @@ void PSWizardPage::cmdFinish_Click() {
     bool bResult = false;
     ValidSelections(bResult);
     if (bResult) c.controller->PSJumpToStep(8, PageCode(), this);
+}
+
+void SetInputEnabled(forms::Control& ctl, bool bEnabled) {
+    ctl.SetEnabled(bEnabled);
+    ctl.SetBackColor(bEnabled ? forms::vbWhite : forms::vbButtonFace);
 }
 
 // ---------------------------------------------------------------- focus highlight

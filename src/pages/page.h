@@ -79,6 +79,10 @@ protected:
     virtual void cmdFinish_Click();
 };
 
+// The enabled look of combo, list and text boxes: off with the button face colour, on in white;
+// every page sets the two together.
+void SetInputEnabled(forms::Control& ctl, bool bEnabled);
+
 // Marks the container of the control that got the focus (a frame, or the form itself): captions in
 // it take the tool tip colour, a frame's title goes bold and flat; all other frames go back to
 // normal. Without a control the mark is cleared.
