@@ -1,7 +1,9 @@
 // The command line host: opens a workbook, runs one operation, and saves the workbook atomically
 // when the operation changed it. Messages go to standard error; exit status 2 for a file that can't
-// be opened or saved, or for wrong usage.
+// be opened or saved, or for wrong usage. The wizard runs in real windows (wizard) or scripted from
+// options (define).
 #include <CLI/CLI.hpp>
+#include <QApplication>
 #include <algorithm>
 #include <cstdio>
 #include <fstream>
@@ -15,13 +17,17 @@
 #include "builder/ps_chart_builder.h"
 #include "common/clock.h"
 #include "common/common_functions.h"
+#include "common/constants.h"
 #include "controller/plotsmith_controller.h"
 #include "dom/document.h"
 #include "metadata/ps_functions.h"
+#include "forms/form.h"
 #include "forms/headless.h"
+#include "forms_qt/qt_frontend.h"
 #include "host/constants.h"
 #include "host/error.h"
 #include "host/workbook.h"
+#include "xlsx/book.h"
 #include "xlsx/engine.h"
 #include "xlsx/package.h"
 
@@ -261,6 +267,279 @@ int Export(const host::Ref<xlsx::EngineApplication>& app, const std::string& pat
     return 0;
 }
 
+// ---------------------------------------------------------------- the wizard
+
+// The parts of a workbook's package, to tell afterwards whether a run changed it.
+std::vector<std::string> PartsOf(const host::Ref<host::Workbook>& book) {
+    auto* b = dynamic_cast<xlsx::Book*>(book.get());
+    return b ? b->pkg().Parts() : std::vector<std::string>{};
+}
+
+bool Changed(const host::Ref<host::Workbook>& book, const std::vector<std::string>& partsBefore) {
+    auto* b = dynamic_cast<xlsx::Book*>(book.get());
+    if (!b) return true;
+    auto parts = b->pkg().Parts();
+    if (parts != partsBefore) return true;
+    return std::any_of(parts.begin(), parts.end(), [&](const std::string& p) { return b->pkg().Changed(p); });
+}
+
+std::vector<std::string> ChartIDs(const host::Ref<xlsx::EngineApplication>& app, const host::Ref<host::Workbook>& book) {
+    ComponentHost host(app, book);
+    std::vector<std::string> ids;
+    for (auto& doc : *host.c.colCharts) ids.push_back(Attr(doc->documentElement(), "id"));
+    return ids;
+}
+
+// The wizard in real windows; the workbook is saved when the run changed it.
+int Wizard(int argc, char** argv, const host::Ref<xlsx::EngineApplication>& engine, const std::string& path,
+           const std::string& helpFile) {
+    auto book = engine->Open(path);
+    auto before = PartsOf(book);
+    QApplication qapp(argc, argv);
+    QApplication::setApplicationDisplayName(ps::sProductTitle);
+    forms_qt::QtFrontEnd frontEnd;
+    forms_qt::QtDialogs dialogs(ps::sProductTitle);
+    ps::SystemClock clock;
+    ps::CPlotsmithController entry(frontEnd, dialogs, clock);
+    entry.RunPlotsmith(engine, "plotsmith", helpFile);
+    if (Changed(book, before)) book->Save();
+    return 0;
+}
+
+// What define fills in on the pages; empty means the page's own default.
+struct Definition {
+    std::string table, type, title, name, sheet, newSheet, numberFormat, comment, hAxis, vAxis;
+    std::vector<std::string> categories, colors;
+    std::string values, xValues, sizes, bucketTable, sortBy, labels;
+    bool descending = false, showValues = false, showNames = false, threeD = false, stacked = false,
+         stack100 = false, exploded = false, quadrants = false, showZero = false, scaleX = false, scaleY = false;
+};
+
+using Step = forms::ScriptedDriver::Step;
+
+bool SameText(const std::string& a, const std::string& b) { return host::UCase(a) == host::UCase(b); }
+
+// The entries of a list, for a message when the wanted one isn't there.
+std::string Entries(const forms::ListControl& list) {
+    std::string out;
+    for (long i = 0; i < list.ListCount(); ++i) out += (i ? ", " : "") + ("\"" + list.List(i) + "\"");
+    return out.empty() ? "none" : out;
+}
+
+long IndexOfText(const forms::ListControl& list, const std::string& text) {
+    for (long i = 0; i < list.ListCount(); ++i)
+        if (SameText(list.List(i), text)) return i;
+    return -1;
+}
+
+// Chooses the entry of a combo or list box by its text, as the pages compare names: without
+// regard to case. A multi-selection list keeps what is already selected.
+Step Choose(const std::string& control, const std::string& text) {
+    return {"choose \"" + text + "\" in " + control, [=](forms::Form& f) {
+                auto* list = dynamic_cast<forms::ListControl*>(f.Find(control));
+                if (!list) return false;
+                long i = IndexOfText(*list, text);
+                if (i < 0) {
+                    std::fprintf(stderr, "plotsmith: \"%s\" is not among the entries of %s: %s\n", text.c_str(),
+                                 control.c_str(), Entries(*list).c_str());
+                    return false;
+                }
+                auto* lb = dynamic_cast<forms::ListBox*>(list);
+                if (lb && lb->MultiSelect != forms::ListBox::vbMultiSelectNone) return f.UserSetSelected(control, i, true);
+                return f.UserSelect(control, i);
+            }};
+}
+
+// Clicks an option or sets a check box to a state, clicking only when it differs.
+Step Check(const std::string& control, bool on, int index = -1) {
+    return {(on ? "check " : "clear ") + control, [=](forms::Form& f) {
+                forms::Control* c = f.Find(control, index);
+                if (auto* cb = dynamic_cast<forms::CheckBox*>(c))
+                    return (cb->Value() == forms::CheckBox::vbChecked) == on || f.UserClick(control, index);
+                if (auto* ob = dynamic_cast<forms::OptionButton*>(c)) return ob->Value() || f.UserClick(control, index);
+                return false;
+            }};
+}
+
+// Columns for a pair of controls: one label column in the combo box by rows, or number columns
+// in the list box by columns.
+void ChooseColumns(std::vector<Step>& steps, const std::vector<std::string>& names, const std::string& option,
+                   const std::string& combo, const std::string& list) {
+    steps.push_back({"choose " + combo + " or " + list, [=](forms::Form& f) {
+                         auto* cbo = dynamic_cast<forms::ListControl*>(f.Find(combo));
+                         bool byRows = names.size() == 1 && cbo && IndexOfText(*cbo, names[0]) >= 0;
+                         if (!Check(option, true, byRows ? 1 : 2).act(f)) return false;
+                         if (byRows) return Choose(combo, names[0]).act(f);
+                         for (auto& n : names)
+                             if (!Choose(list, n).act(f)) return false;
+                         return true;
+                     }});
+}
+
+void TypeIf(std::vector<Step>& steps, const std::string& control, const std::string& text) {
+    if (!text.empty()) steps.push_back(forms::ScriptedDriver::Type(control, text));
+}
+
+const char* const aTypeOptions[] = {"bar", "column", "area", "pie", "bubble", "strategic bucket"};
+
+// The visits of one run that makes a new chart: Select Action (when the workbook has charts),
+// Source Table and Chart Type, the layout page of the type, Chart Location.
+void ScriptWizard(forms::ScriptedDriver& driver, const Definition& d) {
+    using SD = forms::ScriptedDriver;
+    driver.Visit("frmPSSelectAction", {SD::Click("cmdNew")});
+
+    long typeIndex = std::find(std::begin(aTypeOptions), std::end(aTypeOptions), d.type) - std::begin(aTypeOptions);
+    driver.Visit("frmPSSelectTable",
+                 {{"select table \"" + d.table + "\"",
+                   [t = d.table](forms::Form& f) {
+                       auto& grid = f.Get<forms::Grid>("grdTables");
+                       std::string names;
+                       for (long r = grid.FixedRows; r < grid.Rows(); ++r) {
+                           if (SameText(grid.TextMatrix(r, 0), t) || SameText(host::CStr(grid.RowData(r)), t))
+                               return f.UserSelect("grdTables", r);
+                           names += (names.empty() ? "\"" : ", \"") + grid.TextMatrix(r, 0) + "\"";
+                       }
+                       std::fprintf(stderr, "plotsmith: the workbook has no table \"%s\"; its tables: %s\n", t.c_str(),
+                                    names.empty() ? "none" : names.c_str());
+                       return false;
+                   }},
+                  {"choose the type " + d.type,
+                   [t = d.type, typeIndex](forms::Form& f) {
+                       if (f.UserClick("optType", static_cast<int>(typeIndex))) return true;
+                       std::fprintf(stderr, "plotsmith: the table doesn't offer the chart type %s\n", t.c_str());
+                       return false;
+                   }},
+                  SD::Click("cmdNext")});
+
+    std::vector<Step> layout;
+    TypeIf(layout, "txtTitle", d.title);
+    std::string layoutPage;
+    if (d.type == "bar" || d.type == "column" || d.type == "area") {
+        layoutPage = "frmPSLayoutABC";
+        if (!d.categories.empty()) ChooseColumns(layout, d.categories, "optCategories", "cboCategories", "lstCategories");
+        if (!d.colors.empty()) ChooseColumns(layout, d.colors, "optSeries", "cboSeries", "lstSeries");
+        if (!d.values.empty()) layout.push_back(Choose("cboValues", d.values));
+        TypeIf(layout, "cboDataLabelMask", d.numberFormat);
+        if (d.showValues) layout.push_back(Check("chkShowValues", true));
+        if (d.threeD) layout.push_back(Check("chk3D", true));
+        if (d.stacked || d.stack100) layout.push_back(Check("chkStacked", true));
+        if (d.stack100) layout.push_back(Check("chk100Pct", true));
+    } else if (d.type == "pie") {
+        layoutPage = "frmPSLayoutPie";
+        if (!d.categories.empty()) layout.push_back(Choose("lstCategories", d.categories[0]));
+        if (!d.values.empty()) layout.push_back(Choose("cboValues", d.values));
+        if (!d.labels.empty())
+            layout.push_back(Check("optDataLabels", true, d.labels == "values" ? 0 : d.labels == "percentages" ? 1 : 2));
+        TypeIf(layout, "cboNumberMask", d.numberFormat);
+        if (d.threeD) layout.push_back(Check("chk3D", true));
+        if (d.exploded) layout.push_back(Check("chkExploded", true));
+    } else if (d.type == "bubble") {
+        layoutPage = "frmPSLayoutBubble";
+        if (!d.values.empty()) layout.push_back(Choose("lstYValues", d.values));
+        if (!d.xValues.empty()) layout.push_back(Choose("cboXValues", d.xValues));
+        if (!d.categories.empty()) layout.push_back(Choose("cboCategories", d.categories[0]));
+        if (!d.sizes.empty()) layout.push_back(Choose("cboSizes", d.sizes));
+        if (!d.colors.empty()) layout.push_back(Choose("cboSeries", d.colors[0]));
+        if (d.showZero) layout.push_back(Check("chkShowZeroBubbles", true));
+        if (d.threeD) layout.push_back(Check("chk3D", true));
+        if (d.quadrants) layout.push_back(Check("chkQuadrants", true));
+        if (d.scaleX) layout.push_back(Check("chkScaleXAxis", true));
+        if (d.scaleY) layout.push_back(Check("chkScaleYAxis", true));
+    } else {
+        layoutPage = "frmPSLayoutStrBuck";
+        if (!d.bucketTable.empty()) layout.push_back(Choose("cboBucketTables", d.bucketTable));
+        if (!d.categories.empty()) layout.push_back(Choose("cboCategories", d.categories[0]));
+        if (!d.colors.empty()) layout.push_back(Choose("cboSeries", d.colors[0]));
+        if (!d.sortBy.empty()) {
+            layout.push_back(Choose("cboBlockSequence", d.sortBy));
+            layout.push_back(Check("optBlockSequence", true, d.descending ? 1 : 0));
+        }
+        if (d.showNames) layout.push_back(Check("chkShowNames", true));
+        TypeIf(layout, "cboDataLabelMask", d.numberFormat);
+    }
+    // Typed axis labels are the user's own: they stay whatever column is chosen.
+    if (layoutPage != "frmPSLayoutPie") {
+        TypeIf(layout, "txtHAxis", d.hAxis);
+        TypeIf(layout, "txtVAxis", d.vAxis);
+    }
+    if (!d.comment.empty()) {
+        std::string text;
+        for (char ch : d.comment) text += ch == '\n' ? std::string("\r\n") : std::string(1, ch);
+        layout.push_back(SD::Type("txtComment", text));
+    }
+    layout.push_back(SD::Click("cmdNext"));
+    driver.Visit(layoutPage, std::move(layout));
+
+    std::vector<Step> location;
+    if (!d.newSheet.empty()) {
+        location.push_back(SD::Click("optTargetSheet", 0));
+        location.push_back(SD::Type("txtSheet", d.newSheet));
+    } else if (!d.sheet.empty()) {
+        location.push_back(SD::Click("optTargetSheet", 1));
+        location.push_back(Choose("cboSheet", d.sheet));
+    }
+    TypeIf(location, "txtName", d.name);
+    location.push_back(SD::Click("cmdFinish"));
+    driver.Visit("frmPSChartLocation", std::move(location));
+}
+
+// Refuses options that don't belong to the chart type before any page comes up.
+void CheckDefineOptions(Definition& d) {
+    if (d.type == "bucket" || d.type == "strategic-bucket") d.type = "strategic bucket";
+    if (std::find(std::begin(aTypeOptions), std::end(aTypeOptions), d.type) == std::end(aTypeOptions))
+        throw BadInput(fmt::format("--type '{}' is none of bar, column, area, pie, bubble, strategic-bucket", d.type));
+    auto only = [&](bool given, const char* option, std::initializer_list<const char*> types) {
+        if (!given) return;
+        for (auto* t : types)
+            if (d.type == t) return;
+        throw BadInput(fmt::format("{} doesn't apply to a {} chart", option, d.type));
+    };
+    only(d.categories.size() > 1, "more than one --categories column", {"bar", "column", "area"});
+    only(d.colors.size() > 1, "more than one --colors column", {"bar", "column", "area"});
+    only(!d.colors.empty(), "--colors", {"bar", "column", "area", "bubble", "strategic bucket"});
+    only(!d.values.empty(), "--values", {"bar", "column", "area", "pie", "bubble"});
+    only(!d.xValues.empty(), "--x-values", {"bubble"});
+    only(!d.sizes.empty() || d.showZero || d.quadrants || d.scaleX || d.scaleY,
+         "--sizes, --show-zero, --quadrants and --scale-x/--scale-y", {"bubble"});
+    only(!d.bucketTable.empty() || !d.sortBy.empty() || d.descending || d.showNames,
+         "--bucket-table, --sort-by, --descending and --show-names", {"strategic bucket"});
+    only(!d.labels.empty() || d.exploded, "--labels and --exploded", {"pie"});
+    only(d.showValues || d.stacked || d.stack100, "--show-values, --stacked and --stacked-100", {"bar", "column", "area"});
+    only(d.threeD, "--3d", {"bar", "column", "area", "pie", "bubble"});
+    only(!d.numberFormat.empty(), "--number-format", {"bar", "column", "area", "pie", "strategic bucket"});
+    only(!d.hAxis.empty() || !d.vAxis.empty(), "--x-axis and --y-axis", {"bar", "column", "area", "bubble", "strategic bucket"});
+    if (!d.sheet.empty() && !d.newSheet.empty()) throw BadInput("--sheet and --new-sheet exclude each other");
+}
+
+// The wizard run headless, its pages filled from the options. The workbook is saved only when a
+// chart was made; what a page said goes to standard error.
+int Define(const host::Ref<xlsx::EngineApplication>& engine, const std::string& path, Definition d) {
+    CheckDefineOptions(d);
+    auto book = engine->Open(path);
+    auto before = ChartIDs(engine, book);
+    forms::ScriptedDriver driver;
+    ScriptWizard(driver, d);
+    {
+        forms::HeadlessFrontEnd frontEnd(driver);
+        forms::StderrDialogs dialogs;
+        ps::SystemClock clock;
+        ps::CPlotsmithController entry(frontEnd, dialogs, clock);
+        entry.RunPlotsmith(engine, "plotsmith", {});
+    }
+    for (auto& p : driver.Problems()) std::fprintf(stderr, "plotsmith: %s\n", p.c_str());
+    ComponentHost after(engine, book);
+    for (auto& doc : *after.c.colCharts) {
+        auto chart = doc->documentElement();
+        if (std::find(before.begin(), before.end(), Attr(chart, "id")) != before.end()) continue;
+        book->Save();
+        fmt::print("{}  \"{}\"  {}  on {}\n", Attr(chart, "id"), Attr(chart, "name"), Attr(chart, "type"),
+                   Attr(chart, "chart-worksheet"));
+        return 0;
+    }
+    std::fprintf(stderr, "plotsmith: no chart was made; %s is unchanged\n", path.c_str());
+    return 2;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -306,6 +585,54 @@ int main(int argc, char** argv) {
     exportCharts->add_option("BOOK", book, "Workbook (.xlsx or .xlsm)")->required();
     exportCharts->add_option("CHART", chart, "Chart id or name; all charts when left out");
 
+    std::string helpFile;
+    auto* wizard = app.add_subcommand("wizard", "Run the wizard in windows; the workbook is saved when the run changed it");
+    wizard->add_option("BOOK", book, "Workbook (.xlsx or .xlsm)")->required();
+    wizard->add_option("--help-file", helpFile, "Help file the pages' Help buttons open");
+
+    Definition def;
+    auto* define = app.add_subcommand(
+        "define", "Make a new chart through the wizard's pages, filled from the options, and save the workbook");
+    define->add_option("BOOK", book, "Workbook (.xlsx or .xlsm)")->required();
+    define->add_option("--table", def.table, "Source table: its name or id, as list shows them")->required();
+    define->add_option("--type", def.type, "Chart type: bar, column, area, pie, bubble or strategic-bucket")->required();
+    define->add_option("--title", def.title, "Chart title");
+    define->add_option("--name", def.name, "Chart name (default: the title, else Chart and the chart's number)");
+    define->add_option("--sheet", def.sheet, "Existing worksheet the chart stands on (default: the first visible one)");
+    define->add_option("--new-sheet", def.newSheet, "Make a worksheet of this name for the chart");
+    define->add_option("--categories", def.categories,
+                       "Bar, column, area: what the category axis shows, one label column or several number "
+                       "columns; pie: the label column a slice represents; bubble: what a bubble represents; "
+                       "strategic bucket: what a block represents")
+        ->delimiter(',');
+    define->add_option("--colors", def.colors,
+                       "What a colour represents: one label column, or (bar, column, area) several number columns")
+        ->delimiter(',');
+    define->add_option("--values", def.values,
+                       "The number column giving the size (bar length, column height, area size, slice size) or, "
+                       "for a bubble chart, the vertical axis");
+    define->add_option("--x-values", def.xValues, "Bubble: the number column of the horizontal axis");
+    define->add_option("--sizes", def.sizes, "Bubble: the number column giving the bubble size");
+    define->add_option("--bucket-table", def.bucketTable, "Strategic bucket: the bucket table");
+    define->add_option("--sort-by", def.sortBy, "Strategic bucket: the number column the blocks are arranged by");
+    define->add_flag("--descending", def.descending, "Strategic bucket: arrange the blocks descending");
+    define->add_option("--number-format", def.numberFormat, "Number format of the data labels, such as #,###;(#,###);");
+    define->add_flag("--show-values", def.showValues, "Bar, column, area: show values on the chart");
+    define->add_flag("--show-names", def.showNames, "Strategic bucket: show names on the blocks");
+    define->add_option("--labels", def.labels, "Pie: slice labels, values, percentages or none")
+        ->check(CLI::IsMember({"values", "percentages", "none"}));
+    define->add_option("--x-axis", def.hAxis, "Horizontal axis label (default: from the column chosen)");
+    define->add_option("--y-axis", def.vAxis, "Vertical axis label (default: from the column chosen)");
+    define->add_flag("--3d", def.threeD, "Three-dimensional chart");
+    define->add_flag("--stacked", def.stacked, "Bar, column, area: stacked");
+    define->add_flag("--stacked-100", def.stack100, "Bar, column, area: stacked to 100%");
+    define->add_flag("--exploded", def.exploded, "Pie: exploded");
+    define->add_flag("--quadrants", def.quadrants, "Bubble: arrange the chart into quadrants");
+    define->add_flag("--show-zero", def.showZero, "Bubble: show zero and negative sizes");
+    define->add_flag("--scale-x", def.scaleX, "Bubble: recalculate the horizontal axis");
+    define->add_flag("--scale-y", def.scaleY, "Bubble: recalculate the vertical axis");
+    define->add_option("--comment", def.comment, "Chart comment");
+
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& e) {
@@ -320,6 +647,8 @@ int main(int argc, char** argv) {
         if (list->parsed()) return List(engine, book);
         if (add->parsed()) return Add(engine, book, definition, sheet, newSheet);
         if (exportCharts->parsed()) return Export(engine, book, chart);
+        if (define->parsed()) return Define(engine, book, def);
+        if (wizard->parsed()) return Wizard(argc, argv, engine, book, helpFile);
         const std::string appName = "plotsmith";
         if (refresh->parsed())
             return RunOperation(*engine, book, [&](ps::CPlotsmithController& e) { e.RefreshPlotsmithData(engine, appName, {}); });
