@@ -2,24 +2,16 @@
 // their tables, in a workbook that validates and that LibreOffice renders.
 #include <gtest/gtest.h>
 
-#include <fstream>
-#include <iterator>
-
+#include "cli.h"
 #include "host/chart.h"
 #include "host/chart_constants.h"
 #include "host/drawing.h"
 #include "host/workbook.h"
-#include "test_support.h"
 #include "xlsx/engine.h"
 
-namespace ts = testsupport;
+using namespace clitest;
 
 namespace {
-
-std::string Slurp(const ts::fs::path& p) {
-    std::ifstream in(p, std::ios::binary);
-    return {std::istreambuf_iterator<char>(in), {}};
-}
 
 TEST(ExampleJob, FourChartsValidateAndRenderInLibreOffice) {
     const ts::fs::path source = ts::fs::path(PLOTSMITH_SOURCE_DIR);

@@ -89,11 +89,8 @@ TEST(BubbleDrawing, OneSeriesPerRowColouredByKeyWithADrawnLegend) {
 
     // Saved and reopened, and refreshed again: one legend, not two.
     w.f.SaveChartDefinition(w.c.colCharts->Item("VEX_Chart1"));
-    w.SaveAndReopen("bubble-drawing");
-    w.c.colCharts = nullptr;
-    w.c.colChartObjects = nullptr;
-    w.c.colChartShapes = nullptr;
-    w.c.colTables = nullptr;
+    w.SaveValidateAndReopen("bubble-drawing");
+    w.Forget();
     w.b.PopulateChart("VEX_Chart1");
     EXPECT_TRUE(w.dialogs.messages.empty()) << w.dialogs.Texts()[0];
     EXPECT_EQ(ShapeNames(w.f.FindChartObject("VEX_Chart1", "Sheet1")), std::vector<std::string>{"VEX_Legend"});
@@ -122,6 +119,7 @@ TEST(BubbleDrawing, TheOlderHostUsesTheBuiltInLegend) {
     // cell. Its sizes were refused: the chart wasn't a bubble chart yet on this road.
     EXPECT_EQ(chart->Legend()->LegendEntries()->Count(), 2);
     EXPECT_EQ(chart->SeriesCollection(3L)->Formula(), "=SERIES(,VEX_ChartData!$A$1,VEX_ChartData!$A$1,3)");
+    w.SaveValidateAndReopen("bubble-older-host");
 }
 
 TEST(BucketDrawing, StackedItemsAndARedDashPerBucket) {
@@ -172,4 +170,5 @@ TEST(BucketDrawing, StackedItemsAndARedDashPerBucket) {
     EXPECT_EQ(group->GroupItems()->Item("Red Key")->AutoShapeType(), host::msoShapeRectangle);
     EXPECT_EQ(host::CLng(chart->SeriesCollection(3L)->Interior()->Color()),
               host::CLng(chart->SeriesCollection(1L)->Interior()->Color()));
+    w.SaveValidateAndReopen("bucket-drawing");
 }

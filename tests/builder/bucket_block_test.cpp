@@ -108,8 +108,7 @@ TEST(BucketBlock, SortedBlocksSurviveASavedAndReopenedWorkbook) {
     EXPECT_EQ(w.Sheet(ps::sDataSheet)->Cells(2, 5)->Value(), Variant(101.0)) << "bucket values stay numbers";
 
     // A refresh of the reopened book sorts and sizes again and comes to the same blocks.
-    w.c.colTables = nullptr;
-    w.c.colCharts = nullptr;
+    w.Forget();
     w.c.lMethodType = ps::mtRefresh;
     w.b.PopulateAllCharts();
     EXPECT_TRUE(w.dialogs.messages.empty()) << w.dialogs.Texts()[0];

@@ -31,6 +31,20 @@ struct BuilderWorld : testworld::World {
         return chart;
     }
     host::Ref<host::Chart> ChartObject(const std::string& id) { return c.colChartObjects->Item(id); }
+    // Saves and reopens; the saved file must pass the schemas.
+    void SaveValidateAndReopen(const std::string& test) {
+        SaveAndReopen(test);
+        if (!testsupport::HaveValidator()) return;
+        auto r = testsupport::ValidateXlsx({c.oWorkbook->FullName()});
+        EXPECT_EQ(r.status, 0) << r.output;
+    }
+    // Drops what this run loaded, as the next session starts without it.
+    void Forget() {
+        c.colTables = nullptr;
+        c.colCharts = nullptr;
+        c.colChartObjects = nullptr;
+        c.colChartShapes = nullptr;
+    }
     // Texts of the data sheet, row by row up to the first empty cell of column 1, cells joined
     // by '|' up to the last non-empty one.
     std::vector<std::string> Data() {

@@ -107,8 +107,7 @@ TEST(DataSheet, BlocksSurviveASavedAndReopenedWorkbook) {
     EXPECT_EQ(w.Sheet(ps::sDataSheet)->Visible(), host::xlSheetVeryHidden);
 
     // A refresh of the reopened book finds the blocks by their ids and grows the first in place.
-    w.c.colTables = nullptr;
-    w.c.colCharts = nullptr;
+    w.Forget();
     w.Row(w.Sheet("Data1"), 4, 1, {"North", 4.0});
     w.c.lMethodType = ps::mtRefresh;
     w.b.PopulateAllCharts();

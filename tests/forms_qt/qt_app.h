@@ -2,6 +2,7 @@
 // The one QApplication of the test program, made on first use.
 #include <QApplication>
 #include <QDialog>
+#include <QTest>
 #include <QTimer>
 #include <gtest/gtest.h>
 
@@ -15,6 +16,9 @@ inline QApplication& App() {
     static auto* app = new QApplication(argc, argv);
     return *app;
 }
+
+// A check box or option button takes a click on its box or caption only, at its left end.
+inline void ClickBox(QWidget* w) { QTest::mouseClick(w, Qt::LeftButton, {}, QPoint(6, w->height() / 2)); }
 
 // A dialog left open by a failed expectation would block the test program: after a generous
 // while, whatever is modal is closed and the test fails. Lives as long as the test.

@@ -25,8 +25,7 @@
 
 namespace {
 
-// A check box or option button takes a click on its box or caption only, at its left end.
-void ClickBox(QWidget* w) { QTest::mouseClick(w, Qt::LeftButton, {}, QPoint(6, w->height() / 2)); }
+using qttest::ClickBox;
 
 template <class W>
 W* WidgetOf(forms_qt::QtFrontEnd& fe, const forms::Form& f, const std::string& name, int index = -1) {
@@ -52,10 +51,8 @@ protected:
         auto& frame = Add<forms::Frame>("fraType");
         frame.SetCaption("Chart type");
         frame.SetFontBold(true);
-        auto& o0 = Add<forms::OptionButton>("optType", &frame, 0);
-        o0.SetCaption("Bar");
-        auto& o1 = Add<forms::OptionButton>("optType", &frame, 1);
-        o1.SetCaption("Column");
+        Add<forms::OptionButton>("optType", &frame, 0).SetCaption("Bar");
+        Add<forms::OptionButton>("optType", &frame, 1).SetCaption("Column");
         auto& combo = Add<forms::ComboBox>("cboFormat");
         for (auto s : {"#;(#);", "#,###;(#,###);", "$#,###;($#,###);"}) combo.AddItem(s);
         combo.Click = [this] { ++comboClicks; };
@@ -63,17 +60,13 @@ protected:
         list.MultiSelect = forms::ListBox::vbMultiSelectExtended;
         for (auto s : {"Region", "Year", "Amount"}) list.AddItem(s);
         list.Click = [this] { ++listClicks; };
-        auto& check = Add<forms::CheckBox>("chkLegend");
-        check.SetCaption("Show legend");
+        Add<forms::CheckBox>("chkLegend").SetCaption("Show legend");
         auto& grid = Add<forms::Grid>("grdTables");
         grid.SetCols(2);
         grid.SetRows(3);
-        grid.SetTextMatrix(0, 0, "Name");
-        grid.SetTextMatrix(0, 1, "Sheet");
-        grid.SetTextMatrix(1, 0, "Sales");
-        grid.SetTextMatrix(1, 1, "Data1");
-        grid.SetTextMatrix(2, 0, "Costs");
-        grid.SetTextMatrix(2, 1, "Data2");
+        const char* cells[3][2] = {{"Name", "Sheet"}, {"Sales", "Data1"}, {"Costs", "Data2"}};
+        for (int r = 0; r < 3; ++r)
+            for (int c = 0; c < 2; ++c) grid.SetTextMatrix(r, c, cells[r][c]);
         grid.AfterSelChange = [this] { ++gridChanges; };
         auto& hidden = Add<forms::Label>("lblHidden");
         hidden.SetCaption("not for the user");
@@ -111,7 +104,7 @@ protected:
     forms_qt::QtFrontEnd fe;
 };
 
-TEST_F(QtFrontEndTest, ShowsTheControlsAsWidgetsAndUnloadingClosesTheDialog) {
+TEST_F(QtFrontEndTest, ShowsControlsAsWidgetsWhoseGesturesRaiseTheModelsEventsAndChangesShowAtOnce) {
     SampleForm form(fe, "frmSample");
     bool seen = false;
     fe.onShown = [&](forms::Form& f) {
@@ -148,24 +141,8 @@ TEST_F(QtFrontEndTest, ShowsTheControlsAsWidgetsAndUnloadingClosesTheDialog) {
         EXPECT_FALSE(WidgetOf<QPushButton>(fe, f, "cmdBack")->isEnabled());
         EXPECT_TRUE(WidgetOf<QPushButton>(fe, f, "cmdNext")->isEnabled());
         EXPECT_EQ(fe.WindowHandle(f), static_cast<long>(d->winId()));
-        QTest::mouseClick(WidgetOf<QPushButton>(fe, f, "cmdCancel"), Qt::LeftButton);
-        EXPECT_EQ(fe.Dialog(f), nullptr);
-        EXPECT_FALSE(d->isVisible());
-    };
-    form.Show();
-    EXPECT_TRUE(seen);
-    EXPECT_EQ(form.loads, 1);
-    EXPECT_EQ(form.activates, 1);
-    EXPECT_EQ(form.unloads, 1);
-    EXPECT_FALSE(form.Loaded());
-    EXPECT_FALSE(form.Visible());
-}
 
-TEST_F(QtFrontEndTest, GesturesOnWidgetsRaiseTheModelsEventsAndChangesShowAtOnce) {
-    SampleForm form(fe, "frmSample");
-    fe.onShown = [&](forms::Form& f) {
         // Typing: the model's text and its change event; the maximum length holds.
-        auto* title = WidgetOf<QLineEdit>(fe, f, "txtTitle");
         title->clear();
         QTest::keyClicks(title, "Revenue by year");
         EXPECT_EQ(f.Get<forms::TextBox>("txtTitle").Text(), "Revenue by");
@@ -188,13 +165,11 @@ TEST_F(QtFrontEndTest, GesturesOnWidgetsRaiseTheModelsEventsAndChangesShowAtOnce
         EXPECT_EQ(f.Get<forms::CheckBox>("chkLegend").Value(), forms::CheckBox::vbChecked);
 
         // Choosing a combo entry as a user does.
-        auto* combo = WidgetOf<QComboBox>(fe, f, "cboFormat");
         combo->activated(1);
         EXPECT_EQ(f.Get<forms::ComboBox>("cboFormat").ListIndex(), 1);
         EXPECT_EQ(form.comboClicks, 1);
 
         // Selecting list entries and grid rows.
-        auto* list = WidgetOf<QListWidget>(fe, f, "lstColumns");
         list->item(0)->setSelected(true);
         list->item(2)->setSelected(true);
         auto& lst = f.Get<forms::ListBox>("lstColumns");
@@ -202,7 +177,6 @@ TEST_F(QtFrontEndTest, GesturesOnWidgetsRaiseTheModelsEventsAndChangesShowAtOnce
         EXPECT_FALSE(lst.Selected(1));
         EXPECT_TRUE(lst.Selected(2));
         EXPECT_EQ(form.listClicks, 2);
-        auto* grid = WidgetOf<QTableWidget>(fe, f, "grdTables");
         grid->selectRow(1);
         auto& grd = f.Get<forms::Grid>("grdTables");
         EXPECT_TRUE(grd.IsSelected(2));
@@ -217,14 +191,20 @@ TEST_F(QtFrontEndTest, GesturesOnWidgetsRaiseTheModelsEventsAndChangesShowAtOnce
         EXPECT_EQ(combo->currentIndex(), 2);
         EXPECT_FALSE(title->isEnabled());
 
-        // Enter presses the default button; Escape the cancel button, which unloads.
-        QTest::keyClick(fe.Dialog(f), Qt::Key_Return);
+        // Enter presses the default button; Escape the cancel button, which unloads and closes.
+        QTest::keyClick(d, Qt::Key_Return);
         EXPECT_EQ(form.clicks, 2);
-        QTest::keyClick(fe.Dialog(f), Qt::Key_Escape);
+        QTest::keyClick(d, Qt::Key_Escape);
+        EXPECT_EQ(fe.Dialog(f), nullptr);
+        EXPECT_FALSE(d->isVisible());
     };
     form.Show();
+    EXPECT_TRUE(seen);
+    EXPECT_EQ(form.loads, 1);
+    EXPECT_EQ(form.activates, 1);
     EXPECT_EQ(form.unloads, 1);
     EXPECT_FALSE(form.Loaded());
+    EXPECT_FALSE(form.Visible());
 }
 
 // The close box ends the show as an unload; a form shown from a handler nests, with the
@@ -237,9 +217,7 @@ public:
 protected:
     void Design() override {
         SetCaption("Outer");
-        auto& open = Add<forms::CommandButton>("cmdOpen");
-        open.SetCaption("Open");
-        open.Click = [this] {
+        Add<forms::CommandButton>("cmdOpen").Click = [this] {
             inner_.Show();
             events.push_back("inner closed");
         };

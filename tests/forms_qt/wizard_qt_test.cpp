@@ -27,7 +27,7 @@ namespace ts = testsupport;
 
 namespace {
 
-void ClickBox(QWidget* w) { QTest::mouseClick(w, Qt::LeftButton, {}, QPoint(6, w->height() / 2)); }
+using qttest::ClickBox;
 
 struct QtWizard {
     QtWizard() {
@@ -106,23 +106,10 @@ TEST(QtWizard, ANewChartMadeInTheWindowsIsInTheSavedWorkbook) {
     EXPECT_EQ(w.shown, pages);
     EXPECT_TRUE(w.dialogs.messages.empty()) << w.dialogs.Texts().front();
     w.book->Save();
-
     auto again = xlsx::NewApplication()->Open((w.dir / "book.xlsx").string());
     auto charts = again->Worksheets()->Item("Sales")->ChartObjects();
     ASSERT_EQ(charts->Count(), 1);
     EXPECT_EQ(charts->Item(1)->Chart()->ChartTitle()->Text(), "Revenue");
-}
-
-TEST(QtWizard, TheCloseBoxEndsTheRunWithNothingMade) {
-    QtWizard w;
-    w.fe.onShown = [&](forms::Form& f) {
-        w.shown.push_back(f.Name());
-        w.fe.Dialog(f)->close();
-    };
-    w.Run();
-    EXPECT_EQ(w.shown, std::vector<std::string>{"frmPSSelectTable"});
-    EXPECT_EQ(w.book->Worksheets()->Item("Sales")->ChartObjects()->Count(), 0);
-    EXPECT_TRUE(w.dialogs.messages.empty());
 }
 
 }  // namespace

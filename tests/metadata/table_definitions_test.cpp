@@ -89,7 +89,6 @@ TEST(Discovery, DocumentsOfARangeTableAndADataSheet) {
         "table-height=\"3\" header-row-count=\"1\" label-column-count=\"1\" number-column-count=\"2\" "
         "is-bucket-candidate=\"no\">";
     EXPECT_EQ(World::Xml(w.c.colTables->Item("Data5")).substr(0, head.size()), head);
-    EXPECT_EQ(host::CStr(d.getAttribute("is-bucket-candidate")), "no");
     EXPECT_TRUE(d.getAttribute("bucket-name-column").IsNull()) << "data sheets carry no bucket columns";
     EXPECT_EQ(d.selectNodes("*").length(), 3) << "the column without a heading is no part of the table";
     EXPECT_EQ(host::CStr(d.selectSingleNode("number-column[@name='Price']").getAttribute("worksheet-column-number")), "4");

@@ -13,39 +13,22 @@ namespace {
 const std::string kPage = "frmPSLayoutPie";
 }  // namespace
 
-TEST(LayoutPie, OneLabelAndOneNumberColumnOpenChosenAndPassUntouched) {
-    LayoutRun r;
-    r.DataTable("Data1", {"Fruit", "Tons"}, {{"Apple", 3.0}, {"Pear", 1.0}});
-    r.NewChart("pie", "Data1");
-    r.driver.Visit(kPage, {LayoutRun::Check([](forms::Form& f) {
-                               EXPECT_EQ(f.Caption(), "Brindle Plotsmith - Chart Layout");
-                               EXPECT_EQ(f.Get("Frame4").Caption(), "2. Slice Size");
-                               EXPECT_EQ(f.Get("Frame2").Caption(), "3. A Slice Represents");
-                               EXPECT_EQ(Ctl<ListBox>(f, "lstCategories").Text(), "Fruit");
-                               EXPECT_EQ(Ctl<ComboBox>(f, "cboValues").Text(), "Tons");
-                               EXPECT_TRUE(Ctl<OptionButton>(f, "optDataLabels", 2).Value());
-                               EXPECT_EQ(f.Get("lblMaskExample").Caption(), "12345.6789");
-                               EXPECT_EQ(VisibleImages(f, "imgPie"), std::vector<std::string>{"imgPieBasic"});
-                           }),
-                           ScriptedDriver::Click("cmdHelp"), ScriptedDriver::Click("cmdNext")});
-    r.driver.Visit(kLocation, {ScriptedDriver::Close()});
-    r.Show();
-    EXPECT_TRUE(r.driver.Problems().empty());
-    EXPECT_TRUE(r.dialogs.Texts().empty());
-    ASSERT_EQ(r.dialogs.helps.size(), 1u);
-    EXPECT_EQ(r.dialogs.helps[0].topic, 6);
-    EXPECT_EQ(r.Body(),
-              "<categories headings-in=\"rows\"><column name=\"Fruit\"/></categories>"
-              "<series headings-in=\"none\"/>"
-              "<values><column name=\"Tons\"/></values>"
-              "<data-labels/><dynamic-attributes/><comment></comment>");
-}
-
-TEST(LayoutPie, LabelsStyleAndPicturesGoToTheDefinition) {
+TEST(LayoutPie, OpensOnTheFirstColumnsAndLabelsStyleAndPicturesGoToTheDefinition) {
     LayoutRun r;
     r.DataTable("Data1", {"Fruit", "Tons", "Farm", "Acres"}, {{"Apple", 3.0, "Hill", 4.0}});
     r.NewChart("pie", "Data1");
-    r.driver.Visit(kPage, {
+    r.Drive(kPage, {
+        LayoutRun::Check([](forms::Form& f) {
+            EXPECT_EQ(f.Caption(), "Brindle Plotsmith - Chart Layout");
+            EXPECT_EQ(f.Get("Frame4").Caption(), "2. Slice Size");
+            EXPECT_EQ(f.Get("Frame2").Caption(), "3. A Slice Represents");
+            EXPECT_EQ(Ctl<ListBox>(f, "lstCategories").Text(), "Fruit");
+            EXPECT_EQ(Ctl<ComboBox>(f, "cboValues").Text(), "Tons");
+            EXPECT_TRUE(Ctl<OptionButton>(f, "optDataLabels", 2).Value());
+            EXPECT_EQ(f.Get("lblMaskExample").Caption(), "12345.6789");
+            EXPECT_EQ(VisibleImages(f, "imgPie"), std::vector<std::string>{"imgPieBasic"});
+        }),
+        ScriptedDriver::Click("cmdHelp"),
         ScriptedDriver::Select("lstCategories", 1),
         ScriptedDriver::Select("cboValues", 1),
         LayoutRun::ClickOpt("optDataLabels", 1),
@@ -63,9 +46,9 @@ TEST(LayoutPie, LabelsStyleAndPicturesGoToTheDefinition) {
         ScriptedDriver::Type("txtTitle", " Farms "),
         ScriptedDriver::Click("cmdNext"),
     });
-    r.driver.Visit(kLocation, {ScriptedDriver::Close()});
-    r.Show();
-    EXPECT_TRUE(r.driver.Problems().empty());
+    EXPECT_TRUE(r.dialogs.Texts().empty());
+    ASSERT_EQ(r.dialogs.helps.size(), 1u);
+    EXPECT_EQ(r.dialogs.helps[0].topic, 6);
     EXPECT_EQ(r.Attr("title"), "Farms");
     EXPECT_EQ(r.Attr("number-format"), "#;(#);");
     EXPECT_EQ(r.Body(),
@@ -83,23 +66,19 @@ TEST(LayoutPie, RulesSpeakInOrderAndMoveTheFocus) {
     r.DataTable("Data2", {"Fruit", "Colour"}, {{"Apple", "Red"}});
     r.DataTable("Data3", {"Fruit", "Tons"}, {{"Apple", 3.0}});
     r.NewChart("pie", "Data1");
-    r.driver.Visit(kPage, {ScriptedDriver::Click("cmdNext"), LayoutRun::Check([](forms::Form& f) {
+    r.Drive(kPage, {ScriptedDriver::Click("cmdNext"), LayoutRun::Check([](forms::Form& f) {
                                EXPECT_EQ(Active(f), "lstCategories");
                            }),
-                           ScriptedDriver::Close()});
-    r.Show();
+                           ScriptedDriver::Close()}, "");
     r.NewChart("pie", "Data2");
-    r.driver.Visit(kPage, {ScriptedDriver::Click("cmdNext"), LayoutRun::Check([](forms::Form& f) {
+    r.Drive(kPage, {ScriptedDriver::Click("cmdNext"), LayoutRun::Check([](forms::Form& f) {
                                EXPECT_EQ(Active(f), "cboValues");
                            }),
-                           ScriptedDriver::Close()});
-    r.Show();
+                           ScriptedDriver::Close()}, "");
     r.NewChart("pie", "Data3");
-    r.driver.Visit(kPage, {ScriptedDriver::Type("cboNumberMask", "0.00\""), ScriptedDriver::Click("cmdFinish"),
+    r.Drive(kPage, {ScriptedDriver::Type("cboNumberMask", "0.00\""), ScriptedDriver::Click("cmdFinish"),
                            LayoutRun::Check([](forms::Form& f) { EXPECT_EQ(Active(f), "cboNumberMask"); }),
-                           ScriptedDriver::Close()});
-    r.Show();
-    EXPECT_TRUE(r.driver.Problems().empty());
+                           ScriptedDriver::Close()}, "");
     EXPECT_EQ(r.dialogs.Texts(), (std::vector<std::string>{"Please select a 'Slice Represents' entry",
                                                            "Please select a 'Slice Size' entry",
                                                            "The requested number format is not supported by Excel"}));
@@ -121,7 +100,7 @@ TEST(LayoutPie, ABarDefinitionTurnedPieLosesAxesAndColoursAndAGoneColumnFallsToT
         "<auto-persistence><persist property=\"legend-visibility\" value=\"show\"/></auto-persistence>"
         "<comment>a\nb</comment></chart>");
     r.Modify(r.c.oChartDoc, "pie", "Data1");
-    r.driver.Visit(kPage, {LayoutRun::Check([](forms::Form& f) {
+    r.Drive(kPage, {LayoutRun::Check([](forms::Form& f) {
                                EXPECT_EQ(Ctl<TextBox>(f, "txtTitle").Text(), "Old");
                                EXPECT_EQ(Ctl<ListBox>(f, "lstCategories").Text(), "Fruit");
                                EXPECT_EQ(Ctl<ComboBox>(f, "cboValues").Text(), "Acres");
@@ -131,10 +110,7 @@ TEST(LayoutPie, ABarDefinitionTurnedPieLosesAxesAndColoursAndAGoneColumnFallsToT
                                EXPECT_EQ(Ctl<TextBox>(f, "txtComment").Text(), "a\r\nb");
                                EXPECT_EQ(VisibleImages(f, "imgPie"), std::vector<std::string>{"imgPie3DBasic"});
                            }),
-                           ScriptedDriver::Click("cmdBack")});
-    r.driver.Visit(kTable, {ScriptedDriver::Close()});
-    r.Show();
-    EXPECT_TRUE(r.driver.Problems().empty());
+                           ScriptedDriver::Click("cmdBack")}, kTable);
     EXPECT_EQ(r.Body(),
               "<auto-persistence><persist property=\"legend-visibility\" value=\"show\"/></auto-persistence>"
               "<categories headings-in=\"rows\"><column name=\"Fruit\"/></categories>"
@@ -150,10 +126,7 @@ TEST(LayoutPie, ProceduresReportUnderTheirOwnNamesTheUpdateWithoutItsPoint) {
     r.DataTable("Data1", {"Fruit", "Tons"}, {{"Apple", 3.0}});
     r.NewChart("pie", "Data1");
     r.c.oChartDoc = nullptr;  // no document to read or write
-    r.driver.Visit(kPage, {ScriptedDriver::Click("cmdBack")});
-    r.driver.Visit(kTable, {ScriptedDriver::Close()});
-    r.Show();
-    EXPECT_TRUE(r.driver.Problems().empty());
+    r.Drive(kPage, {ScriptedDriver::Click("cmdBack")}, kTable);
     EXPECT_EQ(r.dialogs.Texts(),
               (std::vector<std::string>{"frmPSLayoutPie.RestoreChartSelections\r\nObject variable or With block variable not set",
                                         "frmPSLayoutPieUpdateChartMetadata\r\nObject variable or With block variable not set"}));

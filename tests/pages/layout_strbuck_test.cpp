@@ -34,7 +34,7 @@ TEST(LayoutStrBuck, TheBucketTableFillsTheGridAndNamesTheAxesUntilTheUserTypes) 
     LayoutRun r;
     Book(r);
     r.NewChart("strategic bucket", "VEX_TableRangeProjects");
-    r.driver.Visit(kPage, {
+    r.Drive(kPage, {
         LayoutRun::Check([](forms::Form& f) {
             EXPECT_EQ(Items(Ctl<ComboBox>(f, "cboBucketTables")), (std::vector<std::string>{"VEX_SBGrowth", "VEX_SBOther"}));
             EXPECT_EQ(Cells(Ctl<Grid>(f, "grdBuckets")),
@@ -69,9 +69,6 @@ TEST(LayoutStrBuck, TheBucketTableFillsTheGridAndNamesTheAxesUntilTheUserTypes) 
         ScriptedDriver::Click("chkShowNames"),
         ScriptedDriver::Click("cmdNext"),
     });
-    r.driver.Visit(kLocation, {ScriptedDriver::Close()});
-    r.Show();
-    EXPECT_TRUE(r.driver.Problems().empty());
     EXPECT_TRUE(r.dialogs.Texts().empty());
     EXPECT_EQ(r.Attr("strategic-bucket-table-id"), "VEX_SBGrowth");
     EXPECT_EQ(r.Body(),
@@ -90,7 +87,7 @@ TEST(LayoutStrBuck, TheBucketTableFillsTheGridAndNamesTheAxesUntilTheUserTypes) 
     r.c.colTables = nullptr;
     r.c.colCharts = nullptr;
     r.Modify(saved, "strategic bucket", "VEX_TableRangeProjects");
-    r.driver.Visit(kPage, {LayoutRun::Check([](forms::Form& f) {
+    r.Drive(kPage, {LayoutRun::Check([](forms::Form& f) {
                                EXPECT_EQ(Ctl<ComboBox>(f, "cboBucketTables").Text(), "VEX_SBOther");
                                EXPECT_EQ(Ctl<Grid>(f, "grdBuckets").TextMatrix(1, 0), "RUN");
                                EXPECT_EQ(Ctl<TextBox>(f, "txtHAxis").Text(), "Areas");
@@ -102,10 +99,7 @@ TEST(LayoutStrBuck, TheBucketTableFillsTheGridAndNamesTheAxesUntilTheUserTypes) 
                                EXPECT_EQ(Ctl<CheckBox>(f, "chkShowNames").Value(), 1);
                            }),
                            // "[none]" writes no order, whatever the options say.
-                           ScriptedDriver::Select("cboBlockSequence", 0), ScriptedDriver::Click("cmdBack")});
-    r.driver.Visit(kTable, {ScriptedDriver::Close()});
-    r.Show();
-    EXPECT_TRUE(r.driver.Problems().empty());
+                           ScriptedDriver::Select("cboBlockSequence", 0), ScriptedDriver::Click("cmdBack")}, kTable);
     EXPECT_EQ(r.Attr("strategic-bucket-table-id"), "VEX_SBOther");
     EXPECT_EQ(r.Body(),
               "<categories headings-in=\"rows\"><column name=\"Project\"/></categories>"
@@ -121,15 +115,13 @@ TEST(LayoutStrBuck, ARefusedFormatStopsTheRunAndAGoneBucketTableFallsToTheFirst)
     r.NewChart("strategic bucket", "VEX_TableRangeProjects");
     r.c.oChartDoc->documentElement().setAttribute("strategic-bucket-table-id", "VEX_SBGone");
     r.c.oChartDoc->documentElement().setAttribute("number-format", "0.00\"");
-    r.driver.Visit(kPage, {LayoutRun::Check([](forms::Form& f) {
+    r.Drive(kPage, {LayoutRun::Check([](forms::Form& f) {
                                EXPECT_EQ(Ctl<ComboBox>(f, "cboBucketTables").ListIndex(), 0);
                                EXPECT_EQ(f.Get("lblMaskExample").Caption(), "(invalid format)");
                            }),
                            ScriptedDriver::Click("cmdNext"),
                            LayoutRun::Check([](forms::Form& f) { EXPECT_EQ(Active(f), "cboDataLabelMask"); }),
-                           ScriptedDriver::Click("cmdHelp"), ScriptedDriver::Close()});
-    r.Show();
-    EXPECT_TRUE(r.driver.Problems().empty());
+                           ScriptedDriver::Click("cmdHelp"), ScriptedDriver::Close()}, "");
     EXPECT_EQ(r.dialogs.Texts(), std::vector<std::string>{"The requested number format is not supported by Excel"});
     ASSERT_EQ(r.dialogs.helps.size(), 1u);
     EXPECT_EQ(r.dialogs.helps[0].topic, 18);
@@ -141,8 +133,7 @@ TEST(LayoutStrBuck, WithoutACandidateTheLoadReportsInThePlainForm) {
     r.RangeTable("VEX_TableRangeProjects", "Projects", 1, {"Project", "Bucket", "Budget"}, {{"Alpha", "Grow", 10.0}});
     r.NewChart("strategic bucket", "VEX_TableRangeProjects");
     r.c.sCustomAppName = "Host";
-    r.driver.Visit(kPage, {ScriptedDriver::Close()});
-    r.Show();
+    r.Drive(kPage, {ScriptedDriver::Close()}, "");
     ASSERT_EQ(r.dialogs.messages.size(), 1u);
     EXPECT_EQ(r.dialogs.messages[0].text, "Invalid property value");
     EXPECT_EQ(r.dialogs.messages[0].title, "Host Brindle Plotsmith");

@@ -70,6 +70,15 @@ struct LayoutRun : testworld::World {
                                                : ps::pgLayoutStrBuck);
     }
 
+    // Drives `page` through the steps, closes the page that follows (none if `next` is empty), shows
+    // the page and fails on any step the driver couldn't take.
+    void Drive(const std::string& page, Steps steps, const std::string& next = kLocation) {
+        driver.Visit(page, std::move(steps));
+        if (!next.empty()) driver.Visit(next, {ScriptedDriver::Close()});
+        Show();
+        for (auto& p : driver.Problems()) ADD_FAILURE() << p;
+    }
+
     // The children of `chart` that a page writes, as XML, without the attributes of `chart`.
     std::string Body() const {
         std::string out;
@@ -97,6 +106,16 @@ inline std::vector<std::string> VisibleImages(forms::Form& f, const std::string&
     std::vector<std::string> out;
     for (auto& ctl : f.Controls())
         if (ctl->kind() == forms::Kind::Image && ctl->Name().rfind(prefix, 0) == 0 && ctl->Visible()) out.push_back(ctl->Name());
+    return out;
+}
+// Those of the named controls that are enabled, in the order asked; "name:i" is item i of an array.
+inline std::string On(forms::Form& f, const std::vector<std::string>& names) {
+    std::string out;
+    for (auto& n : names) {
+        auto colon = n.find(':');
+        auto& ctl = colon == std::string::npos ? f.Get(n) : f.Get(n.substr(0, colon), std::stoi(n.substr(colon + 1)));
+        if (ctl.Enabled()) out += (out.empty() ? "" : " ") + n;
+    }
     return out;
 }
 inline std::vector<std::string> Items(forms::ListControl& l) {

@@ -73,7 +73,11 @@ struct WizardBook : testworld::World {
     // Lets go of the run's state, as the end of a run does.
     void Release() { c.controller->EndRun(); }
 
-    void Run() { c.controller->ExecuteRun(0); }
+    // Runs the wizard over the pages the driver expects; fails on any step it couldn't take.
+    void Run() {
+        c.controller->ExecuteRun(0);
+        for (auto& p : driver.Problems()) ADD_FAILURE() << p;
+    }
 
     ScriptedDriver::Step Expect(std::function<void()> check) {
         return ScriptedDriver::Do("check", [check](forms::Form&) { check(); });

@@ -60,11 +60,7 @@ TEST(ChartIdentityReadBack, TitleTypeAndNumberFormatFollowTheChart) {
 }
 
 TEST(ChartIdentityReadBack, EveryDrawableTypeMapsToItsDefinition) {
-    struct Case {
-        long chartType;
-        const char* type;
-        const char* settings;
-    };
+    struct Case { long chartType; const char* type; const char* settings; };
     const Case cases[] = {
         {host::xlArea, "area", ""},
         {host::xlAreaStacked100, "area", "stacked 100%"},
@@ -87,11 +83,7 @@ TEST(ChartIdentityReadBack, EveryDrawableTypeMapsToItsDefinition) {
     };
     for (const Case& k : cases) {
         ReadbackWorld w;
-        long series = k.chartType == host::xlPie || k.chartType == host::xl3DPie || k.chartType == host::xlPieExploded ||
-                              k.chartType == host::xl3DPieExploded
-                          ? 1
-                          : 2;
-        auto oChart = w.Drawn(Def("VEX_Chart1", "column"), k.chartType, series);
+        auto oChart = w.Drawn(Def("VEX_Chart1", "column"), k.chartType, std::string(k.type) == "pie" ? 1 : 2);
         ASSERT_EQ(oChart->ChartType(), k.chartType);
         w.r.RevEngineerChartType(oChart, w.c.colCharts->Item("VEX_Chart1"));
         auto chart = w.Doc("VEX_Chart1");

@@ -26,11 +26,7 @@ using testsupport::ErrorTextOf;
 
 constexpr const char* kChartCt = "application/vnd.openxmlformats-officedocument.drawingml.chart+xml";
 
-struct Opened {
-    Ref<xlsx::EngineApplication> app;
-    Ref<Workbook> wb;
-    std::shared_ptr<xlsx::Book> book;
-};
+struct Opened { Ref<xlsx::EngineApplication> app; Ref<Workbook> wb; std::shared_ptr<xlsx::Book> book; };
 
 Opened OpenCorpus(const std::string& name) {
     Opened o;
@@ -51,6 +47,22 @@ std::vector<std::string> ChartParts(xlsx::Book& book) {
 }
 
 Ref<Chart> ChartOf(Opened& o, const std::string& part) { return xlsx::MakeChart(*o.book, part, {}); }
+
+void ExpectValid(const std::vector<ts::fs::path>& files) {
+    if (!ts::HaveValidator()) return;
+    auto r = ts::ValidateXlsx(files);
+    EXPECT_EQ(r.status, 0) << r.output;
+}
+
+// The first chart of the book that holds shapes of its own.
+Ref<ChartObject> FrameWithShapes(const Ref<Workbook>& wb) {
+    for (long i = 1; i <= wb->Worksheets()->Count(); ++i) {
+        auto objects = wb->Worksheets()->Item(i)->ChartObjects();
+        for (long k = 1; k <= objects->Count(); ++k)
+            if (objects->Item(k)->Chart()->Shapes()->Count() > 0) return objects->Item(k);
+    }
+    return nullptr;
+}
 
 // ---------------------------------------------------------------- drawn by LibreOffice
 
@@ -74,8 +86,7 @@ struct Page {
     }
 };
 
-// LibreOffice renders the workbook to PDF, pdftoppm its first page to PNG (kept beside the file for
-// a look) and to PPM, which is read back. Empty when a tool is missing.
+// The first page as LibreOffice prints it (PNG kept beside the file for a look); empty without the tools.
 std::optional<Page> RenderFirstPage(const ts::fs::path& path) {
     if (!ts::HaveLibreOffice() || ts::Run("command -v pdftoppm").status != 0) return std::nullopt;
     auto dir = path.parent_path();
@@ -194,15 +205,9 @@ TEST(ChartCorpus, ReadsTypeTitleLegendAndSeriesAsDrawn) {
         auto c = ChartOf(o, e.part);
         EXPECT_EQ(c->ChartType(), e.type);
         if (!e.title || std::string(e.title) != "*") {
-            EXPECT_EQ(c->HasTitle(), e.title != nullptr);
+            EXPECT_EQ(c->HasTitle() ? c->ChartTitle()->Text() : "(none)", e.title ? e.title : "(none)");
         }
-        if (e.title && std::string(e.title) != "*") {
-            EXPECT_EQ(c->ChartTitle()->Text(), e.title);
-        }
-        EXPECT_EQ(c->HasLegend(), e.legend != 0);
-        if (e.legend) {
-            EXPECT_EQ(c->Legend()->Position(), e.legend);
-        }
+        EXPECT_EQ(c->HasLegend() ? c->Legend()->Position() : 0L, e.legend);
         ASSERT_EQ(c->SeriesCollection()->Count(), e.series);
         EXPECT_EQ(c->SeriesCollection()->Item(1L)->Formula(), e.formula);
     }
@@ -269,54 +274,6 @@ TEST(ChartCorpus, ReadsSeriesDataFontsAndAxes) {
     }
 }
 
-TEST(ChartCorpus, SavingWithoutChangesKeepsChartPartsByteIdentical) {
-    if (ts::SharedDir().empty()) GTEST_SKIP();
-    auto dir = ts::ScratchDir("chart-identical");
-    for (const char* file : {"umya_aaa_eleven_charts.xlsx", "php_ChartSheet.xlsx", "aspose_sampleInlineCharts.xlsx",
-                             "php_32readwriteDonutChartExploded1.xlsx", "xw_chart_font03.xlsx",
-                             "addin_SalesTemplate.xlsx", "oxsdk_legend_top_00D4EE78.xlsx"}) {
-        SCOPED_TRACE(file);
-        auto o = OpenCorpus(file);
-        auto parts = ChartParts(*o.book);
-        for (auto& part : parts) {
-            // read everything a refresh reads back
-            auto c = ChartOf(o, part);
-            c->ChartType();
-            if (c->HasTitle()) {
-                c->ChartTitle()->Text();
-                c->ChartTitle()->Font()->Name();
-                c->ChartTitle()->Font()->Size();
-            }
-            if (c->HasLegend()) {
-                c->Legend()->Position();
-                c->Legend()->Font()->Color();
-                c->Legend()->LegendEntries()->Count();
-            }
-            auto sc = c->SeriesCollection();
-            for (long i = 1; i <= sc->Count(); ++i) {
-                sc->Item(i)->Formula();
-                sc->Item(i)->Interior()->ColorIndex();
-                if (sc->Item(i)->HasDataLabels()) {
-                    auto dl = sc->Item(i)->DataLabels();
-                    dl->Type();
-                    dl->Font()->Name();
-                    dl->Font()->Color();
-                    dl->AutoScaleFont();
-                }
-            }
-            if (c->ChartType() != xlPie && CBool(c->HasAxis(xlValue)) && c->Axes(xlValue)->HasTitle())
-                c->Axes(xlValue)->AxisTitle()->Font()->FontStyle();
-            c->ChartArea()->Interior()->ColorIndex();
-            c->PlotArea()->Interior()->ColorIndex();
-        }
-        auto out = dir / file;
-        o.wb->SaveAs(out.string());
-        auto before = xlsx::Package::Open((ts::SharedDir() / "corpus" / "excel" / file).string());
-        auto after = xlsx::Package::Open(out.string());
-        for (auto& part : parts) EXPECT_EQ(before->Bytes(part), after->Bytes(part)) << part;
-    }
-}
-
 // Application charts with their extensions, styles and formats stay valid through type changes.
 // Shapes the application drew inside a chart (declaring their namespaces element by element) read
 // back with their places as fractions of the chart, and take more shapes beside them.
@@ -324,18 +281,9 @@ TEST(ChartCorpus, ShapesInsideApplicationChartsReadBackAndTakeMore) {
     const char* file = "oxdata_unemployment-nrw202208_usershapes_combos.xlsx";
     if (!ts::fs::exists(ts::SharedDir() / "corpus" / "excel" / file)) GTEST_SKIP();
     auto o = OpenCorpus(file);
-    Ref<Chart> chart;
-    Ref<ChartObject> frame;
-    for (long i = 1; i <= o.wb->Worksheets()->Count() && !chart; ++i) {
-        auto objects = o.wb->Worksheets()->Item(i)->ChartObjects();
-        for (long k = 1; k <= objects->Count() && !chart; ++k)
-            if (objects->Item(k)->Chart()->Shapes()->Count() > 0) {
-                frame = objects->Item(k);
-                chart = frame->Chart();
-            }
-    }
-    ASSERT_TRUE(chart);
-    auto shapes = chart->Shapes();
+    auto frame = FrameWithShapes(o.wb);
+    ASSERT_TRUE(frame);
+    auto shapes = frame->Chart()->Shapes();
     ASSERT_EQ(shapes->Count(), 1);
     auto note = shapes->Item(1L);
     EXPECT_EQ(note->Name(), "Textfeld 5");
@@ -350,22 +298,14 @@ TEST(ChartCorpus, ShapesInsideApplicationChartsReadBackAndTakeMore) {
     auto path = ts::ScratchDir("chart-user-shapes") / "more.xlsx";
     o.wb->SaveAs(path.string());
     auto o2 = xlsx::NewApplication();
-    auto wb2 = o2->Open(path.string());
-    Ref<Chart> again;
-    for (long i = 1; i <= wb2->Worksheets()->Count() && !again; ++i) {
-        auto objects = wb2->Worksheets()->Item(i)->ChartObjects();
-        for (long k = 1; k <= objects->Count() && !again; ++k)
-            if (objects->Item(k)->Chart()->Shapes()->Count() > 0) again = objects->Item(k)->Chart();
-    }
-    ASSERT_TRUE(again);
+    auto frame2 = FrameWithShapes(o2->Open(path.string()));
+    ASSERT_TRUE(frame2);
+    auto again = frame2->Chart();
     ASSERT_EQ(again->Shapes()->Count(), 2);
     EXPECT_EQ(again->Shapes()->Item("Added note")->TextFrame()->Characters()->Text(), "Added");
     EXPECT_NEAR(again->Shapes()->Item("Added note")->Left(), 20, 0.01);
     EXPECT_NEAR(again->Shapes()->Item(1L)->Top(), note->Top(), 0.01);
-    if (ts::HaveValidator()) {
-        auto r = ts::ValidateXlsx({path});
-        EXPECT_EQ(r.status, 0) << r.output;
-    }
+    ExpectValid({path});
 }
 
 TEST(ChartCorpus, TypeChangesOfApplicationChartsStayValid) {
@@ -397,10 +337,7 @@ TEST(ChartCorpus, TypeChangesOfApplicationChartsStayValid) {
         saved.push_back(dir / file);
         o.wb->SaveAs(saved.back().string());
     }
-    if (ts::HaveValidator()) {
-        auto r = ts::ValidateXlsx(saved);
-        EXPECT_EQ(r.status, 0) << r.output;
-    }
+    ExpectValid(saved);
 }
 
 // ---------------------------------------------------------------- charts built through the model
@@ -433,40 +370,21 @@ Ref<Chart> BuildAbc(Ref<Worksheet> ws, long finalType, long legendPosition, doub
     chart->SetHasTitle(true);
     chart->ChartTitle()->SetText("Sales by month");
     chart->SetHasLegend(true);
-    chart->Axes(xlValue, xlPrimary)->SetHasTitle(false);
-    chart->Axes(xlCategory, xlPrimary)->SetHasTitle(false);
     for (long k : {xlCategory, xlValue}) {
         chart->SetHasAxis(k, true);
         auto ax = chart->Axes(k, xlPrimary);
         ax->SetHasTitle(true);
-        auto t = ax->AxisTitle();
-        t->SetText(k == xlCategory ? "Month" : "Units");
-        t->Font()->SetSize(9.0);
-        t->Font()->SetName("Arial");
-        t->Font()->SetColor(0x0000FFL);
-        t->Font()->SetFontStyle("Bold");
-        t->SetAutoScaleFont(false);
+        ax->AxisTitle()->SetText(k == xlCategory ? "Month" : "Units");
+        ax->AxisTitle()->Font()->SetColor(0x0000FFL);
     }
-    chart->Axes(xlValue)->TickLabels()->SetNumberFormatLinked(true);
     chart->Axes(xlValue)->AxisTitle()->SetOrientation(xlUpward);
-    chart->Axes(xlCategory)->AxisTitle()->SetOrientation(xlHorizontal);
     auto sc = chart->SeriesCollection();
     for (long i = 1; i <= sc->Count(); ++i) {
         sc->Item(i)->ApplyDataLabels(xlDataLabelsShowValue);
-        auto dl = sc->Item(i)->DataLabels();
-        dl->SetPosition(xlLabelPositionCenter);
-        dl->SetAutoScaleFont(false);
-        dl->Font()->SetName("Arial");
-        dl->Font()->SetFontStyle("Italic");
-        dl->Font()->SetSize(8.0);
-        dl->Font()->SetColor(0L);
+        sc->Item(i)->DataLabels()->SetPosition(xlLabelPositionCenter);
     }
     chart->SetChartType(finalType);
-    auto legend = chart->Legend();
-    legend->Font()->SetName("Arial");
-    legend->Font()->SetSize(8.0);
-    legend->SetAutoScaleFont(Variant("True"));
-    legend->SetPosition(legendPosition);
+    chart->Legend()->SetPosition(legendPosition);
     return chart;
 }
 
@@ -481,7 +399,6 @@ Ref<Chart> BuildPie(Ref<Worksheet> ws, long finalType, double top) {
     s = chart->SeriesCollection()->Item(1L);
     s->ApplyDataLabels(xlDataLabelsShowPercent);
     s->DataLabels()->SetPosition(xlLabelPositionBestFit);
-    s->DataLabels()->Font()->SetSize(9.0);
     chart->SetChartType(finalType);
     chart->SetHasLegend(true);
     return chart;
@@ -502,17 +419,13 @@ TEST(ChartBuild, AreaBarColumnPieAndDoughnutChartsValidateAndReadBack) {
     double top = 150;
     for (auto& k : abc) {
         SCOPED_TRACE(k.type);
-        auto c = BuildAbc(ws, k.type, k.legend, top);
+        BuildAbc(ws, k.type, k.legend, top);
         top += 230;
-        EXPECT_EQ(c->ChartType(), k.type);
-        EXPECT_EQ(c->SeriesCollection()->Count(), 2);
     }
-    for (long t : {xlPie, xlPieExploded, xl3DPie, xl3DPieExploded, xlDoughnut}) {
-        SCOPED_TRACE(t);
-        auto c = BuildPie(ws, t, top);
+    const long pies[] = {xlPie, xlPieExploded, xl3DPie, xl3DPieExploded, xlDoughnut};
+    for (long t : pies) {
+        EXPECT_FALSE(CBool(BuildPie(ws, t, top)->HasAxis(xlValue)));
         top += 230;
-        EXPECT_EQ(c->ChartType(), t);
-        EXPECT_FALSE(CBool(c->HasAxis(xlValue)));
     }
     auto path = ts::ScratchDir("chart-build") / "built.xlsx";
     wb->SaveAs(path.string());
@@ -529,47 +442,30 @@ TEST(ChartBuild, AreaBarColumnPieAndDoughnutChartsValidateAndReadBack) {
         EXPECT_EQ(c->ChartTitle()->Text(), "Sales by month");
         auto s = c->SeriesCollection()->Item(2L);
         EXPECT_EQ(s->Formula(), "=SERIES(Sheet1!$D$5,Sheet1!$B$6:$B$9,Sheet1!$D$6:$D$9,2)");
-        EXPECT_EQ(s->Name(), "South");
-        EXPECT_EQ(CStr(s->XValues()[3]), "Apr");
         EXPECT_DOUBLE_EQ(CDbl(s->Values()[3]), 27.5);
-        EXPECT_TRUE(s->HasDataLabels());
-        EXPECT_TRUE(s->DataLabels()->ShowValue());
         EXPECT_EQ(CLng(s->DataLabels()->Type()), xlDataLabelsShowValue);
-        EXPECT_EQ(CStr(s->DataLabels()->Font()->Name()), "Arial");
-        EXPECT_EQ(CStr(s->DataLabels()->Font()->FontStyle()), "Italic");
         auto vt = c->Axes(xlValue)->AxisTitle();
         EXPECT_EQ(vt->Text(), "Units");
         EXPECT_EQ(CLng(vt->Orientation()), xlUpward);
-        EXPECT_EQ(CStr(vt->Font()->FontStyle()), "Bold");
         EXPECT_EQ(CLng(vt->Font()->Color()), 0x0000FF);
-        EXPECT_DOUBLE_EQ(CDbl(vt->Font()->Size()), 9);
-        EXPECT_EQ(c->Axes(xlCategory)->AxisTitle()->Text(), "Month");
-        EXPECT_TRUE(c->Axes(xlValue)->TickLabels()->NumberFormatLinked());
-        EXPECT_DOUBLE_EQ(CDbl(c->Legend()->Font()->Size()), 8);
     }
     // the centre survives on columns and bars, not on an area, which has no label positions
     EXPECT_EQ(objects->Item(1L)->Chart()->SeriesCollection()->Item(1L)->DataLabels()->Position(), xlLabelPositionCenter);
     for (long i = 11; i <= 15; ++i) {
         auto c = objects->Item(i)->Chart();
+        EXPECT_EQ(c->ChartType(), pies[i - 11]);
         EXPECT_EQ(c->ChartTitle()->Text(), "Share");
         EXPECT_EQ(c->SeriesCollection()->Item(1L)->Formula(), "=SERIES(,Sheet1!$B$6:$B$9,Sheet1!$C$6:$C$9,1)");
-        EXPECT_TRUE(c->SeriesCollection()->Item(1L)->DataLabels()->ShowPercentage());
         EXPECT_EQ(CLng(c->SeriesCollection()->Item(1L)->DataLabels()->Type()), xlDataLabelsShowPercent);
         EXPECT_EQ(c->Legend()->LegendEntries()->Count(), 4);
     }
     EXPECT_EQ(objects->Item(12L)->Chart()->SeriesCollection()->Item(1L)->Explosion(), 25);
-    EXPECT_EQ(objects->Item(15L)->Chart()->ChartType(), xlDoughnut);
-
-    if (ts::HaveValidator()) {
-        auto r = ts::ValidateXlsx({path});
-        EXPECT_EQ(r.status, 0) << r.output;
-    }
-
+    ExpectValid({path});
     // drawn by another reader, the first page shows coloured columns, not only texts
     ExpectDrawn(path, 1);
 }
 
-TEST(ChartBuild, ANewChartIsAnEmptyClusteredColumnChartThatValidates) {
+TEST(ChartBuild, ANewChartIsAnEmptyClusteredColumnChartAndMembersNotYetThereSaySo) {
     auto app = xlsx::NewApplication();
     auto wb = app->NewWorkbook();
     auto book = std::dynamic_pointer_cast<xlsx::Book>(wb);
@@ -586,6 +482,9 @@ TEST(ChartBuild, ANewChartIsAnEmptyClusteredColumnChartThatValidates) {
     EXPECT_TRUE(c->Axes(xlValue)->HasMajorGridlines());
     EXPECT_FALSE(c->Axes(xlCategory)->HasMajorGridlines());
     EXPECT_EQ(c->ChartArea()->Interior()->ColorIndex(), Variant(xlColorIndexAutomatic));
+    EXPECT_EQ(ErrorTextOf([&] { c->SetChartType(xlSurface); }), "Chart.ChartType is not available in this engine yet.");
+    EXPECT_EQ(ErrorNumberOf([&] { c->SetSourceData(nullptr); }), 1004);
+    EXPECT_EQ(ErrorTextOf([&] { c->ChartArea()->SetShadow(true); }), "ChartArea.SetShadow is not available in this engine yet.");
 }
 
 // Series edits, formats and the members the chart gets its looks from, on one chart.
@@ -713,11 +612,7 @@ TEST(ChartBuild, SeriesFormatsAndLayoutWrittenInPlace) {
     c2->SeriesCollection()->Item(2L)->Delete();
     EXPECT_EQ(c2->SeriesCollection()->Count(), 1);
     EXPECT_EQ(c2->ChartType(), xlColumnClustered);
-
-    if (ts::HaveValidator()) {
-        auto r = ts::ValidateXlsx({path});
-        EXPECT_EQ(r.status, 0) << r.output;
-    }
+    ExpectValid({path});
 }
 
 TEST(ChartBuild, BubbleSizesAreReferencesOfBubbleChartsOnly) {
@@ -749,10 +644,7 @@ TEST(ChartBuild, BubbleSizesAreReferencesOfBubbleChartsOnly) {
     EXPECT_FALSE(s->DataLabels(3)->AutoText());
     auto path = ts::ScratchDir("chart-bubble") / "bubble.xlsx";
     wb->SaveAs(path.string());
-    if (ts::HaveValidator()) {
-        auto r = ts::ValidateXlsx({path});
-        EXPECT_EQ(r.status, 0) << r.output;
-    }
+    ExpectValid({path});
 }
 
 // ---------------------------------------------------------------- texts scaling with the chart
@@ -822,10 +714,7 @@ TEST(ChartBuild, AutoScaleFontReadsTrueAndKeepsAFalseThroughSaving) {
     for (auto& [name, member] : owners(wb3->Worksheets()->Item(1L)->ChartObjects()->Item(1L)->Chart()))
         EXPECT_EQ(member(nullptr), Variant(true)) << name;
 
-    if (ts::HaveValidator()) {
-        auto r = ts::ValidateXlsx({dir / "off.xlsx", dir / "on.xlsx"});
-        EXPECT_EQ(r.status, 0) << r.output;
-    }
+    ExpectValid({dir / "off.xlsx", dir / "on.xlsx"});
     if (ts::HaveLibreOffice()) {
         EXPECT_FALSE(ts::LibreOfficeConvert(dir / "off.xlsx", "pdf", dir).empty());
     }
@@ -873,7 +762,6 @@ const char* kData = "=VEX_ChartData!R";
 // Takes a series' automatic colour as the component harvests it, and deletes the newest legend
 // entry when a colour key repeats, so that the legend keeps one entry per key.
 void KeepOneEntryPerKey(Ref<Chart> c, Ref<Series> s, std::map<std::string, long>& colours) {
-    long rgb = CLng(s->Interior()->Color());
     EXPECT_EQ(CLng(s->Interior()->Pattern()), xlPatternSolid);
     EXPECT_EQ(CLng(s->Interior()->PatternColorIndex()), xlColorIndexAutomatic);
     if (colours.count(s->Name())) {
@@ -883,7 +771,6 @@ void KeepOneEntryPerKey(Ref<Chart> c, Ref<Series> s, std::map<std::string, long>
     }
     long n = long(colours.size());
     colours[s->Name()] = n;
-    (void)rgb;
 }
 
 // A drawn legend: a text box and a key per name, grouped into VEX_Legend beside a narrowed plot.
@@ -898,15 +785,7 @@ void DrawLegend(Ref<Chart> c, const std::vector<std::pair<std::string, long>>& e
         box->SetAlternativeText("VEX_LS_" + box->Name());
         auto chars = box->TextFrame()->Characters();
         chars->Font()->SetName("Arial");
-        chars->Font()->SetSize(9.0);
-        chars->Font()->SetColor(0L);
-        chars->Font()->SetBold(false);
         chars->SetText(name);
-        box->TextFrame2()->SetWordWrap(msoFalse);
-        box->TextFrame2()->SetAutoSize(msoAutoSizeShapeToFitText);
-        box->TextFrame2()->SetMarginTop(0);
-        box->TextFrame()->SetVerticalAlignment(xlVAlignTop);
-        box->TextFrame()->SetHorizontalAlignment(xlHAlignLeft);
         box->SetWidth(double(name.size()) * 9 / 2 + 20);
         box->SetHeight(18);
         box->SetLeft(8);
@@ -917,10 +796,8 @@ void DrawLegend(Ref<Chart> c, const std::vector<std::pair<std::string, long>>& e
         key->SetAlternativeText("VEX_LS_" + key->Name());
         key->SetHeight(8);
         key->SetWidth(8);
-        key->Fill()->BackColor()->SetRGB(rgb);
         key->Fill()->ForeColor()->SetRGB(rgb);
         key->SetTop(shapes->Item(name + " Text")->Top() + 4);
-        key->SetLockAspectRatio(msoTrue);
         if (round) key->SetAutoShapeType(msoShapeOval);
         key->Line()->SetVisible(msoFalse);
         widest = std::max(widest, box->Left() + box->Width());
@@ -957,25 +834,17 @@ Ref<Chart> BuildBubbles(Ref<Worksheet> ws, Ref<Worksheet> data, double left, dou
         labels->SetAutoScaleFont(false);
         labels->Font()->SetName("Arial");
         labels->Font()->SetFontStyle("Bold");
-        labels->Font()->SetSize(8.0);
-        labels->Font()->SetColor(Rgb(0x20, 0x20, 0x20));
         labels->SetHorizontalAlignment(xlHAlignCenter);
         labels->SetVerticalAlignment(xlVAlignCenter);
-        labels->SetOrientation(xlHorizontal);
     }
     // every series of one key painted alike, labelled with its own text, centred on its bubble
     for (long i = 1; i <= c->SeriesCollection()->Count(); ++i) {
         auto s = c->SeriesCollection()->Item(i);
-        long rgb = legend[colours[s->Name()]].second;
-        s->Interior()->SetPattern(xlPatternSolid);
-        s->Interior()->SetPatternColorIndex(xlColorIndexAutomatic);
-        s->Interior()->SetColor(rgb);
+        s->Interior()->SetColor(legend[colours[s->Name()]].second);
         s->Border()->SetWeight(xlHairline);
         s->DataLabels(1)->SetText(CStr(data->Cells(i + 1, 2)->Text()));
         s->DataLabels()->SetPosition(xlLabelPositionCenter);
     }
-    c->Axes(xlCategory)->SetHasMajorGridlines(false);
-    c->Axes(xlValue)->SetHasMajorGridlines(false);
     if (threeD) {
         c->SetChartType(xlBubble3DEffect);
         c->ChartGroups(1)->SetBubbleScale(60);
@@ -987,20 +856,14 @@ Ref<Chart> BuildBubbles(Ref<Worksheet> ws, Ref<Worksheet> data, double left, dou
         c->SetHasAxis(type, true);
         auto ax = c->Axes(type, xlPrimary);
         ax->SetHasMajorGridlines(true);
-        ax->SetHasMinorGridlines(false);
         ax->SetMinimumScale(scale[type - 1][0]);
         ax->SetMaximumScale(scale[type - 1][1]);
         ax->SetMajorUnit((scale[type - 1][1] - scale[type - 1][0]) / 2);
-        ax->SetCrosses(xlAxisCrossesAutomatic);
-        ax->SetReversePlotOrder(false);
-        ax->SetScaleType(xlScaleLinear);
         ax->SetDisplayUnit(xlNone);
         ax->SetTickLabelPosition(xlTickLabelPositionLow);
-        ax->Border()->SetLineStyle(xlLineStyleNone);
         c->SetHasAxis(type, had);
     }
     c->PlotArea()->Border()->SetWeight(xlThin);
-    c->PlotArea()->Border()->SetLineStyle(xlAutomatic);
     DrawLegend(c, legend, true);
     return c;
 }
@@ -1023,9 +886,6 @@ Ref<Chart> BuildBuckets(Ref<Worksheet> ws, Ref<Worksheet> data, double left, dou
         if (fresh) legend.push_back({s->Name(), CLng(s->Interior()->Color())});
         s->SetHasDataLabels(true);
         auto labels = s->DataLabels();
-        labels->Font()->SetName("Arial");
-        labels->Font()->SetSize(7.0);
-        labels->SetAutoScaleFont(false);
         labels->SetPosition(xlLabelPositionCenter);
         for (long i = 1; i <= labels->Count(); ++i) s->DataLabels(i)->SetText(CStr(data->Cells(r, 2)->Text()));
     }
@@ -1053,8 +913,6 @@ Ref<Chart> BuildBuckets(Ref<Worksheet> ws, Ref<Worksheet> data, double left, dou
     mark->ApplyDataLabels(xlDataLabelsShowValue);
     auto labels = mark->DataLabels();
     labels->SetPosition(xlLabelPositionAbove);
-    labels->Font()->SetName("Arial");
-    labels->Font()->SetBold(true);
     labels->Font()->SetBackground(xlBackgroundTransparent);
     auto entries = c->Legend()->LegendEntries();
     entries->Item(entries->Count())->Delete();
@@ -1148,7 +1006,6 @@ TEST(ChartBuild, BubbleQuadrantAndBucketChartsWithDrawnLegendsValidateDrawAndRea
         EXPECT_EQ(group->Type(), msoGroup);
         auto items = group->GroupItems();
         ASSERT_EQ(items->Count(), 6);
-        EXPECT_EQ(items->Item(1L)->Name(), "Alpha Text");
         EXPECT_EQ(items->Item(1L)->AlternativeText(), "VEX_LS_Alpha Text");
         EXPECT_EQ(items->Item(1L)->TextFrame()->Characters()->Text(), "Alpha");
         EXPECT_EQ(CStr(items->Item(1L)->TextFrame()->Characters()->Font()->Name()), "Arial");
@@ -1215,20 +1072,8 @@ TEST(ChartBuild, BubbleQuadrantAndBucketChartsWithDrawnLegendsValidateDrawAndRea
     wb2->SaveAs(path2.string());
     EXPECT_EQ(PartText(path2, "xl/charts/chart1.xml").find("userShapes"), std::string::npos);
 
-    if (ts::HaveValidator()) {
-        auto r = ts::ValidateXlsx({path, path2});
-        EXPECT_EQ(r.status, 0) << r.output;
-    }
+    ExpectValid({path, path2});
     ExpectDrawn(path, 2, 2);
-}
-
-TEST(ChartBuild, MembersNotYetThereSayso) {
-    auto app = xlsx::NewApplication();
-    auto wb = app->NewWorkbook();
-    auto c = wb->Worksheets()->Item(1L)->ChartObjects()->Add(0, 0, 200, 100)->Chart();
-    EXPECT_EQ(ErrorTextOf([&] { c->SetChartType(xlSurface); }), "Chart.ChartType is not available in this engine yet.");
-    EXPECT_EQ(ErrorNumberOf([&] { c->SetSourceData(nullptr); }), 1004);
-    EXPECT_EQ(ErrorTextOf([&] { c->ChartArea()->SetShadow(true); }), "ChartArea.SetShadow is not available in this engine yet.");
 }
 
 // ---------------------------------------------------------------- rows moving under a chart

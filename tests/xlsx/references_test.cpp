@@ -8,12 +8,7 @@ using xlsx::CellRef;
 using xlsx::RowShift;
 using xlsx::ShiftFormulaRows;
 
-struct ShiftCase {
-    const char* formula;
-    const char* host;
-    RowShift shift;
-    const char* expected;
-};
+struct ShiftCase { const char* formula; const char* host; RowShift shift; const char* expected; };
 
 void CheckShifts(const std::vector<ShiftCase>& cases) {
     for (const ShiftCase& c : cases) {
@@ -109,11 +104,7 @@ TEST(ShiftFormulaRows, SheetNamesQuotedAsWrittenAreFound) {
 }
 
 TEST(ShiftFormulaColumns, InsertAndDeleteMoveColumnsOfOneSheet) {
-    struct Case {
-        const char* formula;
-        xlsx::ColumnShift shift;
-        const char* expected;
-    };
+    struct Case { const char* formula; xlsx::ColumnShift shift; const char* expected; };
     const Case cases[] = {
         {"A1+C1+$D$5+SUM(B1:D9)+SUM(C:D)+SUM(1:3)+Sheet2!C1", {"Sheet1", 3, 2},
          "A1+E1+$F$5+SUM(B1:F9)+SUM(E:F)+SUM(1:3)+Sheet2!C1"},
@@ -125,12 +116,7 @@ TEST(ShiftFormulaColumns, InsertAndDeleteMoveColumnsOfOneSheet) {
 }
 
 TEST(RenameSheetInFormula, RequalifiesEveryReferenceToTheSheet) {
-    struct Case {
-        const char* formula;
-        const char* oldName;
-        const char* newName;
-        const char* expected;
-    };
+    struct Case { const char* formula; const char* oldName; const char* newName; const char* expected; };
     const Case cases[] = {
         {"Sheet1!A1+sheet1!B2:C3+'Sheet1'!$D$4+Sheet2!A1+A1+Sheet10!A1", "SHEET1", "Data",
          "Data!A1+Data!B2:C3+Data!$D$4+Sheet2!A1+A1+Sheet10!A1"},
@@ -153,11 +139,7 @@ TEST(RenameSheetInFormula, RequalifiesEveryReferenceToTheSheet) {
 }
 
 TEST(BreakSheetInFormula, ReferencesToADeletedSheetBecomeRefErrors) {
-    struct Case {
-        const char* formula;
-        const char* sheet;
-        const char* expected;
-    };
+    struct Case { const char* formula; const char* sheet; const char* expected; };
     const Case cases[] = {
         {"SUM(Sheet1!A1:B2)+Sheet2!A1+A1+\"Sheet1!A1\"", "sheet1", "SUM(#REF!A1:B2)+Sheet2!A1+A1+\"Sheet1!A1\""},
         {"'My Sheet'!$A$1:'My Sheet'!$B$2+'my sheet'!C:C+'My Sheet'!3:3", "MY SHEET", "#REF!$A$1:$B$2+#REF!C:C+#REF!3:3"},
@@ -169,12 +151,7 @@ TEST(BreakSheetInFormula, ReferencesToADeletedSheetBecomeRefErrors) {
 }
 
 TEST(TranslateFormula, RelativePartsMoveAndThoseOffTheSheetAreLost) {
-    struct Case {
-        const char* formula;
-        long dRows;
-        long dCols;
-        const char* expected;
-    };
+    struct Case { const char* formula; long dRows; long dCols; const char* expected; };
     const Case cases[] = {
         {"A1*2+$A$1+A$1+$A1+Z1", 2, 1, "B3*2+$A$1+B$1+$A3+AA3"},
         {"SUM(A1:B2)+SUM($A$1:A1)+SUM(A:A)+SUM($B:C)+SUM(1:2)+SUM($1:2)", 1, 1,

@@ -221,10 +221,6 @@ TEST(Workbook, ApplicationPropertiesAndMacros) {
     }
 }
 
-}  // namespace
-
-namespace {
-
 TEST(Workbook, ApplicationFilesKeepSharedFormulasAndChartSheetsStraight) {
     if (ts::SharedDir().empty()) GTEST_SKIP() << "the shared corpus is not beside the source tree";
     auto app = xlsx::NewApplication();
@@ -262,10 +258,6 @@ TEST(Workbook, ApplicationFilesKeepSharedFormulasAndChartSheetsStraight) {
         EXPECT_EQ(v.status, 0) << v.output;
     }
 }
-
-}  // namespace
-
-namespace {
 
 TEST(Workbook, TextsSurviveASaveCharacterForCharacter) {
     auto dir = ts::ScratchDir("texts");
