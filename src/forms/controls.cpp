@@ -382,11 +382,7 @@ Timer::Timer(Form& form, std::string name, int index) : Control(form, Kind::Time
 void Timer::RaiseTick() {
     if (ticking_ || !Enabled() || Interval <= 0) return;
     auto keep = shared_from_this();
-    ticking_ = true;
-    struct Reset {
-        bool& flag;
-        ~Reset() { flag = false; }
-    } reset{ticking_};
+    ScopedFlag busy(ticking_);
     if (auto h = Tick) h();
 }
 

@@ -13,6 +13,19 @@ namespace forms {
 
 class Form;
 
+// Raises a flag for the life of a scope and lowers it however the scope is left: the guard of
+// handlers that must not run while code of their own form is busy.
+class ScopedFlag {
+public:
+    explicit ScopedFlag(bool& flag) : flag_(flag) { flag_ = true; }
+    ~ScopedFlag() { flag_ = false; }
+    ScopedFlag(const ScopedFlag&) = delete;
+    ScopedFlag& operator=(const ScopedFlag&) = delete;
+
+private:
+    bool& flag_;
+};
+
 // System colour indices and the plain white the pages use.
 inline constexpr long vbButtonFace = 0x8000000F;
 inline constexpr long vbInfoBackground = 0x80000018;

@@ -40,11 +40,7 @@ void Form::Hide() {
 
 void Form::Unload() {
     if (!loaded_ || unloading_) return;
-    unloading_ = true;
-    struct Reset {
-        bool& flag;
-        ~Reset() { flag = false; }
-    } reset{unloading_};
+    ScopedFlag busy(unloading_);
     Form_Unload();
     bool wasVisible = visible_;
     visible_ = false;

@@ -423,11 +423,7 @@ bool FormWindow::eventFilter(QObject* o, QEvent* e) {
 
 void FormWindow::Sync() {
     if (!open_ || !form_.Loaded()) return;
-    syncing_ = true;
-    struct Reset {
-        bool& flag;
-        ~Reset() { flag = false; }
-    } reset{syncing_};
+    forms::ScopedFlag busy(syncing_);
     if (windowTitle() != Q(form_.Caption())) setWindowTitle(Q(form_.Caption()));
     for (auto& e : entries_) SyncOne(e);
     // The focus follows the model's active control.

@@ -65,11 +65,7 @@ void frmPSSelectAction::LoadPage() {
 void frmPSSelectAction::FillChartGrid() {
     auto& grid = grdCharts();
     auto& cf = *c.common;
-    bFilling_ = true;
-    struct Reset {
-        bool& flag;
-        ~Reset() { flag = false; }
-    } reset{bFilling_};
+    forms::ScopedFlag busy(bFilling_);
     grid.SetRows(1);
     for (auto& oDoc : Obj(c.colCharts)) {
         auto oChart = Obj(oDoc).selectSingleNode("chart");

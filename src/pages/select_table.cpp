@@ -104,11 +104,7 @@ void frmPSSelectTable::PlacePictures() {
 void frmPSSelectTable::FillTableGrid() {
     auto& grid = grdTables();
     auto& cf = *c.common;
-    bFilling_ = true;
-    struct Reset {
-        bool& flag;
-        ~Reset() { flag = false; }
-    } reset{bFilling_};
+    forms::ScopedFlag busy(bFilling_);
     grid.SetRows(0);
     for (auto& oDoc : Obj(c.colTables)) {
         auto oTable = Obj(oDoc).selectSingleNode("table");
