@@ -158,12 +158,7 @@ void PSChartBuilder::SetABCChartAttributes(const dom::Element& oChartElement) {
         else if (mChartType == "column") lSum += 16;
         oChart.SetChartType(ABCChartType(lSum));
 
-        if (mLegendVisibility == "show") {
-            oChart.SetHasLegend(true);
-            ApplyLegendAttributes();
-        } else if (mLegendVisibility == "hide") {
-            oChart.SetHasLegend(false);
-        }
+        ApplyLegendVisibility();
     } catch (const std::exception&) {
         c.common->ReportError("PSChartBuilder.SetABCChartAttributes");
     }
@@ -193,6 +188,21 @@ void PSChartBuilder::LabelAllSeries(long lType, long lPosition) {
             oFont->SetColor(mLabelFontColor);
         }
     }
+}
+
+// The built-in legend as the persisted visibility says: "show" dresses it, "hide" takes it away;
+// anything else ("auto") leaves it, and the answer is false.
+bool PSChartBuilder::ApplyLegendVisibility() {
+    if (mLegendVisibility == "show") {
+        Obj(mChart).SetHasLegend(true);
+        ApplyLegendAttributes();
+        return true;
+    }
+    if (mLegendVisibility == "hide") {
+        Obj(mChart).SetHasLegend(false);
+        return true;
+    }
+    return false;
 }
 
 // Every statement on its own: a legend refusing one setting still takes the others.

@@ -190,12 +190,7 @@ void PSChartBuilder::ApplyFamilyLegend(const std::string& sWhere) {
     auto& oChart = Obj(mChart);
     if (OlderHost()) {
         try {
-            if (mLegendVisibility == "show") {
-                oChart.SetHasLegend(true);
-                ApplyLegendAttributes();
-            } else if (mLegendVisibility == "hide") {
-                oChart.SetHasLegend(false);
-            }
+            ApplyLegendVisibility();
         } catch (const std::exception&) {
             c.common->ReportError(sWhere);
         }

@@ -82,14 +82,7 @@ bool PSChartBuilder::BuildBubbleMap(const dom::Element& oChartElement) {
         mMapInstructions->Add(lSizeColumn < 0 ? BubbleInstruction(lNameColumn, 4, mvConstant, 1L, mcNumber)
                                               : BubbleInstruction(lNameColumn, 4, mvFromCell, lSizeColumn, mcNumber));
 
-        mCategoryCount = mCategoryPositions->Count();
-        mSeriesCount = mSeriesPositions->Count();
-        if (mCategoryCount * mSeriesCount * mMapInstructions->Count() == 0) {
-            c.dialogs.MsgBox(std::string("PSChartBuilder.BuildBubbleMap") + vbCrLf +
-                                 "Failed to populate a data definition collection",
-                             forms::vbOKOnly, "");
-            return false;
-        }
+        if (!CountMap("PSChartBuilder.BuildBubbleMap", true)) return false;
         return true;
     } catch (const std::exception&) {
         c.common->ReportError("PSChartBuilder.BuildBubbleMap");

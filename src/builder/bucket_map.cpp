@@ -99,14 +99,7 @@ bool PSChartBuilder::BuildStrBuckMap(const dom::Element& oChartElement) {
         mMapInstructions->Add(
             ItemInstruction(lItemColumn, mrByCell, lBucketNameColumn, mvFromCell, lBucketValueColumn, mcNumber));
 
-        mCategoryCount = mCategoryPositions->Count();
-        mSeriesCount = mSeriesPositions->Count();
-        if (mCategoryCount * mSeriesCount * mMapInstructions->Count() == 0) {
-            // Unlike the other maps' plain box, this one goes through the component's message.
-            cf.ShowMessage(std::string("PSChartBuilder.BuildStrBuckMap") + vbCrLf +
-                           "Failed to populate a data definition collection");
-            return false;
-        }
+        if (!CountMap("PSChartBuilder.BuildStrBuckMap", false)) return false;
         return true;
     } catch (const std::exception&) {
         c.common->ReportError("PSChartBuilder.BuildStrBuckMap");

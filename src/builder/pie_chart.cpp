@@ -71,15 +71,8 @@ void PSChartBuilder::SetPieChartAttributes(const dom::Element& oChartElement) {
                             : lSum == 3 ? host::xl3DPieExploded
                                         : host::xlPie);
 
-        if (mLegendVisibility == "show") {
-            oChart.SetHasLegend(true);
-            ApplyLegendAttributes();
-        } else if (mLegendVisibility == "hide") {
-            oChart.SetHasLegend(false);
-        } else {
-            // Unlike the other families, a pie left to the component always shows its legend.
-            oChart.SetHasLegend(true);
-        }
+        // Unlike the other families, a pie left to the component always shows its legend.
+        if (!ApplyLegendVisibility()) oChart.SetHasLegend(true);
     } catch (const std::exception&) {
         c.common->ReportError("PSChartBuilder.SetPieChartAttributes");
     }

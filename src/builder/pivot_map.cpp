@@ -24,6 +24,17 @@ void PSChartBuilder::NewMap() {
     mMapInstructions = std::make_shared<host::Collection<MapInstructionRef>>();
 }
 
+bool PSChartBuilder::CountMap(const std::string& sWhere, bool bPlainBox) {
+    mCategoryCount = mCategoryPositions->Count();
+    mSeriesCount = mSeriesPositions->Count();
+    if (mCategoryCount * mSeriesCount * mMapInstructions->Count() > 0) return true;
+    std::string sMessage = sWhere + vbCrLf + "Failed to populate a data definition collection";
+    // The pivot and bubble maps say it in a plain box, which bears no product title.
+    if (bPlainBox) c.dialogs.MsgBox(sMessage, forms::vbOKOnly, "");
+    else c.common->ShowMessage(sMessage);
+    return false;
+}
+
 bool PSChartBuilder::BuildPivotMap(const dom::Element& oChartElement) {
     try {
         auto& cf = *c.common;
@@ -159,15 +170,7 @@ bool PSChartBuilder::BuildPivotMap(const dom::Element& oChartElement) {
                 MakeInstruction(mrByCell, lCategoryColumn, mrByCell, lSeriesColumn, mvFromCell, lValueColumn, mcNumber));
         }
 
-        mCategoryCount = mCategoryPositions->Count();
-        mSeriesCount = mSeriesPositions->Count();
-        if (mCategoryCount * mSeriesCount * mMapInstructions->Count() == 0) {
-            // A plain box, not the component's message: it bears no product title.
-            c.dialogs.MsgBox(std::string("PSChartBuilder.BuildPivotMap") + vbCrLf +
-                                 "Failed to populate a data definition collection",
-                             forms::vbOKOnly, "");
-            return false;
-        }
+        if (!CountMap("PSChartBuilder.BuildPivotMap", true)) return false;
         return true;
     } catch (const std::exception&) {
         c.common->ReportError("PSChartBuilder.BuildPivotMap");

@@ -90,6 +90,9 @@ public:
     bool BuildPivotMap(const dom::Element& oChartElement);
     // Empty map variables for a new map (every map builder starts here).
     void NewMap();
+    // Takes the rectangle's size from a finished map; an empty map is reported from sWhere, in a
+    // plain box or through the component's message, and answers false.
+    bool CountMap(const std::string& sWhere, bool bPlainBox);
 
     // ---- the data sheet
     bool PopulateDataSheetOffi2007(const dom::Element& oChartElement);
@@ -141,6 +144,7 @@ public:
     void PopulateABCChart(const dom::Element& oChartElement);
     void SetABCChartAttributes(const dom::Element& oChartElement);
     void ApplyLegendAttributes();
+    bool ApplyLegendVisibility();
     // The definition's title, or none; data labels of one type and place in the persisted label font.
     void ApplyTitle(const dom::Element& oChartElement);
     void ApplyTitleAndAxes(const dom::Element& oChartElement, bool bYieldPerAxis);
