@@ -55,14 +55,8 @@ void frmPSLayoutABC::DesignPage() {
 
     auto* f5 = &AddFrame("Frame5", "5. [ABC] and Axis Labels");
     chkShowValues = &AddCheckBox("chkShowValues", f5, "Show Values on [ABC]");
-    AddLabel("lblNumberMask", f5, "Number Format");
-    cboDataLabelMask = &AddNumberFormatBox("cboDataLabelMask", f5);
-    AddLabel("lblNumberExample", f5, "Example");
-    AddLabel("lblMaskExample", f5, "(formatted example)");
-    AddLabel("lblHAxis", f5, "Horizontal (X-axis)");
-    txtHAxis = &AddAxisBox("txtHAxis", f5, bHAxisSticky);
-    AddLabel("lblVAxis", f5, "Vertical (Y-axis)");
-    txtVAxis = &AddAxisBox("txtVAxis", f5, bVAxisSticky);
+    cboDataLabelMask = &AddNumberFormatRow(f5, "lblNumberMask", "cboDataLabelMask", "lblNumberExample");
+    AddAxisBoxes(f5);
 
     auto* f6 = &AddFrame("Frame6", "6. Chart Style");
     chk3D = &AddCheckBox("chk3D", f6, "3-D");

@@ -40,7 +40,7 @@ private:
     std::string ShowsMessage() const;
 
     // The controls of the current load.
-    forms::TextBox *txtTitle = nullptr, *txtHAxis = nullptr, *txtVAxis = nullptr, *txtComment = nullptr;
+    forms::TextBox *txtTitle = nullptr, *txtComment = nullptr;
     forms::OptionButton *optCategories1 = nullptr, *optCategories2 = nullptr;
     forms::OptionButton *optSeries0 = nullptr, *optSeries1 = nullptr, *optSeries2 = nullptr;
     forms::ComboBox *cboCategories = nullptr, *cboSeries = nullptr, *cboValues = nullptr, *cboDataLabelMask = nullptr;

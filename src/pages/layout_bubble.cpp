@@ -32,10 +32,7 @@ void frmPSLayoutBubble::DesignPage() {
     AddImage("imgLegend", f8);
     AddImage("imgLegendDim", f8).SetVisible(true);
     auto* f5 = &AddFrame("Frame5", "7. Chart Labels");
-    AddLabel("lblHAxis", f5, "Horizontal (X-axis)");
-    txtHAxis = &AddAxisBox("txtHAxis", f5, bHAxisSticky);
-    AddLabel("lblVAxis", f5, "Vertical (Y-axis)");
-    txtVAxis = &AddAxisBox("txtVAxis", f5, bVAxisSticky);
+    AddAxisBoxes(f5);
     auto* f6 = &AddFrame("Frame6", "8. Chart Style");
     chk3D = &AddCheckBox("chk3D", f6, "3-D");
     chkQuadrants = &AddCheckBox("chkQuadrants", f6, "Arrange chart into quadrants");

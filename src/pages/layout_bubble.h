@@ -23,7 +23,7 @@ private:
     void RestoreChartSelections();
     void ShowChartPicture();
 
-    forms::TextBox *txtTitle = nullptr, *txtHAxis = nullptr, *txtVAxis = nullptr, *txtComment = nullptr;
+    forms::TextBox *txtTitle = nullptr, *txtComment = nullptr;
     forms::ListBox* lstYValues = nullptr;
     forms::ComboBox *cboXValues = nullptr, *cboCategories = nullptr, *cboSizes = nullptr, *cboSeries = nullptr;
     forms::CheckBox *chkShowZeroBubbles = nullptr, *chk3D = nullptr, *chkQuadrants = nullptr;

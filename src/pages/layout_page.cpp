@@ -141,11 +141,22 @@ forms::TextBox& PSLayoutPage::AddCommentBox(forms::Control* frame) {
     return t;
 }
 
-forms::ComboBox& PSLayoutPage::AddNumberFormatBox(const std::string& name, forms::Control* frame) {
-    auto& cbo = AddComboBox(name, frame, forms::ComboBox::vbComboDropdown);
+void PSLayoutPage::AddAxisBoxes(forms::Control* frame) {
+    AddLabel("lblHAxis", frame, "Horizontal (X-axis)");
+    txtHAxis = &AddAxisBox("txtHAxis", frame, bHAxisSticky);
+    AddLabel("lblVAxis", frame, "Vertical (Y-axis)");
+    txtVAxis = &AddAxisBox("txtVAxis", frame, bVAxisSticky);
+}
+
+forms::ComboBox& PSLayoutPage::AddNumberFormatRow(forms::Control* frame, const std::string& sCaptionName,
+                                                  const std::string& sBoxName, const std::string& sExampleName) {
+    AddLabel(sCaptionName, frame, "Number Format");
+    auto& cbo = AddComboBox(sBoxName, frame, forms::ComboBox::vbComboDropdown);
     cbo.Click = [this] { Handle([&] { ShowNumberExample(); }); };
     cbo.Validate = [this](bool&) { Handle([&] { ShowNumberExample(); }); };
     cboMask_ = &cbo;
+    AddLabel(sExampleName, frame, "Example");
+    AddLabel("lblMaskExample", frame, "(formatted example)");
     return cbo;
 }
 

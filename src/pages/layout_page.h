@@ -29,13 +29,16 @@ protected:
     forms::Image& AddImage(const std::string& name, forms::Control* frame = nullptr);
     // The title box of frame 1.
     forms::TextBox& AddTitleBox(forms::Control* frame);
-    // An axis box whose edits make bSticky True for the rest of the page's life.
-    forms::TextBox& AddAxisBox(const std::string& name, forms::Control* frame, bool& bSticky);
+    // The two axis boxes with their captions, txtHAxis and txtVAxis: an edit makes the box's sticky
+    // flag True for the rest of the page's life.
+    void AddAxisBoxes(forms::Control* frame);
     // The multi-line comment box: while it has the focus, Enter is a new line, not cmdNext.
     forms::TextBox& AddCommentBox(forms::Control* frame);
-    // The editable number format box; its click and validate refresh the sample in lblMaskExample,
-    // which the page adds itself.
-    forms::ComboBox& AddNumberFormatBox(const std::string& name, forms::Control* frame);
+    // The editable number format box under its caption, then "Example" and the sample
+    // lblMaskExample, which the box's click and validate refresh. The pages name the row's first
+    // three controls each their own way.
+    forms::ComboBox& AddNumberFormatRow(forms::Control* frame, const std::string& sCaptionName,
+                                        const std::string& sBoxName, const std::string& sExampleName);
     // The buttons that clear the focus highlight; cmdHelp on some pages only.
     void HighlightOffOnButtons(bool bHelpToo);
 
@@ -89,8 +92,10 @@ protected:
     std::string sPriorAxisText;
     bool bHAxisSticky = false;
     bool bVAxisSticky = false;
+    forms::TextBox *txtHAxis = nullptr, *txtVAxis = nullptr;  // on the pages with axis labels
 
 private:
+    forms::TextBox& AddAxisBox(const std::string& name, forms::Control* frame, bool& bSticky);
     // Puts a control under the last one of its frame, a frame under the last frame.
     void Place(forms::Control& ctl, forms::Control* frame, double dHeight);
     forms::ComboBox* cboMask_ = nullptr;

@@ -29,10 +29,7 @@ void frmPSLayoutPie::DesignPage() {
     optDataLabels[0] = &AddOption("optDataLabels", 0, f5, "Values");
     optDataLabels[1] = &AddOption("optDataLabels", 1, f5, "Percentages");
     optDataLabels[2] = &AddOption("optDataLabels", 2, f5, "Neither");
-    AddLabel("lblData", f5, "Number Format");
-    cboNumberMask = &AddNumberFormatBox("cboNumberMask", f5);
-    AddLabel("lblExample", f5, "Example");
-    AddLabel("lblMaskExample", f5, "(formatted example)");
+    cboNumberMask = &AddNumberFormatRow(f5, "lblData", "cboNumberMask", "lblExample");
 
     auto* f6 = &AddFrame("Frame6", "5. Chart Style");
     chk3D = &AddCheckBox("chk3D", f6, "3-D");

@@ -58,14 +58,8 @@ void frmPSLayoutStrBuck::DesignPage() {
 
     auto* f5 = &AddFrame("Frame5", "6. Block and Axis Labels");
     chkShowNames = &AddCheckBox("chkShowNames", f5, "Show Names on Blocks");
-    AddLabel("lblNumberMask", f5, "Number Format");
-    cboDataLabelMask = &AddNumberFormatBox("cboDataLabelMask", f5);
-    AddLabel("lblNumberExample", f5, "Example");
-    AddLabel("lblMaskExample", f5, "(formatted example)");
-    AddLabel("lblHAxis", f5, "Horizontal (X-axis)");
-    txtHAxis = &AddAxisBox("txtHAxis", f5, bHAxisSticky);
-    AddLabel("lblVAxis", f5, "Vertical (Y-axis)");
-    txtVAxis = &AddAxisBox("txtVAxis", f5, bVAxisSticky);
+    cboDataLabelMask = &AddNumberFormatRow(f5, "lblNumberMask", "cboDataLabelMask", "lblNumberExample");
+    AddAxisBoxes(f5);
 
     auto* f7 = &AddFrame("Frame7", "7. Chart Comments");
     txtComment = &AddCommentBox(f7);

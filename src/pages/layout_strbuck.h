@@ -30,7 +30,7 @@ private:
     host::Dictionary<long> dicBucketIndex;  // table id to its entry in cboBucketTables
     std::string sBucketTableID, sBucketNameColumn, sBucketValueColumn;
 
-    forms::TextBox *txtTitle = nullptr, *txtHAxis = nullptr, *txtVAxis = nullptr, *txtComment = nullptr;
+    forms::TextBox *txtTitle = nullptr, *txtComment = nullptr;
     forms::ComboBox *cboBucketTables = nullptr, *cboCategories = nullptr, *cboSeries = nullptr;
     forms::ComboBox *cboBlockSequence = nullptr, *cboDataLabelMask = nullptr;
     forms::Grid* grdBuckets = nullptr;
