@@ -542,34 +542,33 @@ double Drawing::ColX(long col0) { return Sheet("Shape.Left")->ColumnLeft(col0 + 
 
 double Drawing::RowY(long row0) { return Sheet("Shape.Top")->RowTop(row0 + 1); }
 
-void Drawing::XToCol(double x, long& col0, long& offEmu) {
-    auto& sheet = *Sheet("Shape.Left");
+namespace {
+// The 0-based cell a distance from the sheet's edge falls in, and the offset into it in EMU; past
+// the last cell, the last one. size(i) answers the points of cell i (1-based).
+template <class Size>
+void Locate(double at, long last, Size size, long& cell0, long& offEmu) {
     double acc = 0;
-    x = std::max(0.0, x);
-    for (long c = 1; c <= kMaxCols; ++c) {
-        double w = sheet.ColumnWidthPoints(c);
-        if (x < acc + w || c == kMaxCols) {
-            col0 = c - 1;
-            offEmu = std::min(ToEmu(x - acc), ToEmu(w));
+    at = std::max(0.0, at);
+    for (long i = 1; i <= last; ++i) {
+        double w = size(i);
+        if (at < acc + w || i == last) {
+            cell0 = i - 1;
+            offEmu = std::min(ToEmu(at - acc), ToEmu(w));
             return;
         }
         acc += w;
     }
 }
+}  // namespace
+
+void Drawing::XToCol(double x, long& col0, long& offEmu) {
+    auto& sheet = *Sheet("Shape.Left");
+    Locate(x, kMaxCols, [&](long c) { return sheet.ColumnWidthPoints(c); }, col0, offEmu);
+}
 
 void Drawing::YToRow(double y, long& row0, long& offEmu) {
     auto& sheet = *Sheet("Shape.Top");
-    double acc = 0;
-    y = std::max(0.0, y);
-    for (long r = 1; r <= kMaxRows; ++r) {
-        double h = sheet.RowHeightPoints(r);
-        if (y < acc + h || r == kMaxRows) {
-            row0 = r - 1;
-            offEmu = std::min(ToEmu(y - acc), ToEmu(h));
-            return;
-        }
-        acc += h;
-    }
+    Locate(y, kMaxRows, [&](long r) { return sheet.RowHeightPoints(r); }, row0, offEmu);
 }
 
 PointRect Drawing::AnchorRect(pugi::xml_node anchor) {
