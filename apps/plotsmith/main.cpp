@@ -10,6 +10,7 @@
 #include <functional>
 #include <iostream>
 #include <iterator>
+#include <new>
 #include <stdexcept>
 
 #include <fmt/format.h>
@@ -137,6 +138,12 @@ struct BadInput : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
+// The guards every operation passes (structure protected, shared workbook), before anything is placed.
+void RefuseUnlessOpenToCharts(const host::Ref<xlsx::EngineApplication>& app) {
+    ComponentHost host;
+    if (std::string refusal = host.entry.WorkbookRefusal(app); !refusal.empty()) throw BadInput(refusal);
+}
+
 const char* const aChartTypes[] = {"area", "bar", "column", "pie", "bubble", "strategic bucket", "unknown"};
 
 // The chart documents of a definition file: one `chart`, or the `charts` that export prints for all.
@@ -171,6 +178,10 @@ void CheckDefinition(ps::Component& c, const dom::DocumentRef& doc, const std::s
         throw BadInput(fmt::format("chart '{}' has type '{}', which is none of area, bar, column, pie, bubble, "
                                    "strategic bucket",
                                    name, type));
+    // The store keeps a definition in one cell; what a cell can't hold would leave a chart without one.
+    if (long length = host::Len(doc->xml()); length > ps::lMaxDefinitionLength)
+        throw BadInput(fmt::format("chart '{}' has a definition of {} characters; a workbook cell holds at most {}",
+                                   name, length, ps::lMaxDefinitionLength));
     std::vector<std::string> tables{Attr(chart, "table-id")};
     if (type == "strategic bucket") tables.push_back(Attr(chart, "strategic-bucket-table-id"));
     for (auto& table : tables)
@@ -213,6 +224,7 @@ bool IsChartID(const std::string& id) {
 int Add(const host::Ref<xlsx::EngineApplication>& app, const std::string& path, const std::string& definitionPath,
         const std::string& sheet, bool newSheet) {
     auto book = app->Open(path);
+    RefuseUnlessOpenToCharts(app);
     ComponentHost host(app, book);
     auto& c = host.c;
     auto docs = ReadDefinitions(c, definitionPath);
@@ -233,7 +245,8 @@ int Add(const host::Ref<xlsx::EngineApplication>& app, const std::string& path, 
         if (!c.functions->PlaceChartDefinition(sheetName)) throw BadInput("the chart could not be placed");
         c.builder->RefreshChart(c.sChartID);
         // A build writes into the definition (its data rows, the table's geometry); it is kept.
-        c.functions->SaveChartDefinition(doc);
+        if (!c.functions->SaveChartDefinition(doc))
+            throw BadInput(fmt::format("the definition of chart '{}' could not be stored", Attr(chart, "name")));
         fmt::print("{}  \"{}\"  {}  on {}\n", c.sChartID, Attr(chart, "name"), Attr(chart, "type"), sheetName);
     }
     book->Save();
@@ -516,6 +529,7 @@ void CheckDefineOptions(Definition& d) {
 int Define(const host::Ref<xlsx::EngineApplication>& engine, const std::string& path, Definition d) {
     CheckDefineOptions(d);
     auto book = engine->Open(path);
+    RefuseUnlessOpenToCharts(engine);
     auto before = ChartIDs(engine, book);
     forms::ScriptedDriver driver;
     ScriptWizard(driver, d);
@@ -551,6 +565,16 @@ int main(int argc, char** argv) {
     app.add_option("--host-version", hostVersion,
                    "Application version the engine plays: 11 takes the older road, above 11 the newer")
         ->capture_default_str();
+    std::uint64_t maxInflatedMiB = xlsx::kDefaultMaxInflatedSize >> 20;
+    app.add_option("--max-inflated-size", maxInflatedMiB,
+                   "MiB a workbook's parts may inflate to, all together; a bigger workbook is refused")
+        ->capture_default_str()
+        ->type_name("MIB")
+        ->check(CLI::Range(std::uint64_t(1), std::uint64_t(1) << 44).description(""));
+    bool wait = false;
+    app.add_flag("--wait", wait,
+                 "A command that saves waits for another writer of the workbook to finish, instead of refusing");
+    app.fallthrough();  // the options above may also follow the command
 
     std::string book;
     auto* list = app.add_subcommand(
@@ -642,6 +666,10 @@ int main(int argc, char** argv) {
 
     xlsx::EngineOptions options;
     options.version = hostVersion.find('.') == std::string::npos ? hostVersion + ".0" : hostVersion;
+    options.maxInflatedSize = maxInflatedMiB << 20;
+    // Commands that save hold the writer lock from open to save; list and export only read.
+    if (!list->parsed() && !exportCharts->parsed())
+        options.writerLock = wait ? xlsx::WriterLock::Wait : xlsx::WriterLock::Refuse;
     auto engine = xlsx::NewApplication(options);
     try {
         if (list->parsed()) return List(engine, book);
@@ -677,6 +705,9 @@ int main(int argc, char** argv) {
         return 2;
     } catch (const host::Error& e) {
         std::fprintf(stderr, "plotsmith: %s\n", e.Description().c_str());
+        return 2;
+    } catch (const std::bad_alloc&) {
+        std::fprintf(stderr, "plotsmith: out of memory working on '%s'\n", book.c_str());
         return 2;
     }
     return 0;

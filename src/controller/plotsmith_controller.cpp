@@ -33,6 +33,18 @@ bool CPlotsmithController::HostIsEditing(const host::Ref<host::Application>& oAp
     }
 }
 
+std::string CPlotsmithController::WorkbookRefusal(const host::Ref<host::Application>& oApplication) {
+    auto oWorkbook = Obj(oApplication).ActiveWorkbook();
+    if (!oWorkbook) return "You must have a workbook open to use the Plotsmith.";
+    if (oWorkbook->ProtectStructure())
+        return "This workbook has been protected. To use the Plotsmith you need to turn off Structure Protection.";
+    if (oWorkbook->MultiUserEditing())
+        return "This is a shared workbook. To use the Plotsmith you need to turn off workbook sharing.";
+    if (HostIsEditing(oApplication))
+        return "You are currently editing a cell or object. Please finish editing before using the Plotsmith.";
+    return {};
+}
+
 void CPlotsmithController::RunGuarded(const host::Ref<host::Application>& oApplication,
                                       const std::string& sCustomAppName, const std::string& sHelpFile, long lMode,
                                       const char* sWhere) {
@@ -41,20 +53,9 @@ void CPlotsmithController::RunGuarded(const host::Ref<host::Application>& oAppli
         SetHostContext(oApplication, sCustomAppName);
         c.sHelpFile = sHelpFile;
         c.oWorkbook = Obj(oApplication).ActiveWorkbook();
-        if (!c.oWorkbook) {
-            c.common->ShowMessage("You must have a workbook open to use the Plotsmith.");
-        } else if (c.oWorkbook->ProtectStructure()) {
-            c.common->ShowMessage(
-                "This workbook has been protected. To use the Plotsmith you need to turn off Structure Protection.");
-        } else if (c.oWorkbook->MultiUserEditing()) {
-            c.common->ShowMessage(
-                "This is a shared workbook. To use the Plotsmith you need to turn off workbook sharing.");
-        } else if (HostIsEditing(oApplication)) {
-            c.common->ShowMessage(
-                "You are currently editing a cell or object. Please finish editing before using the Plotsmith.");
-        } else {
-            c.controller->ExecuteRun(lMode);
-        }
+        std::string sRefusal = WorkbookRefusal(oApplication);
+        if (!sRefusal.empty()) c.common->ShowMessage(sRefusal);
+        else c.controller->ExecuteRun(lMode);
         c.oWorkbook = nullptr;
     } catch (const std::exception&) {
         c.common->ReportError(sWhere);

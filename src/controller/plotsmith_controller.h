@@ -45,6 +45,9 @@ public:
                                         std::vector<std::string>& aNewColumnNames) override;
 
     Component& component() { return *c_; }
+    // Why the workbook can't take a chart operation now (none open, its structure protected,
+    // shared, a cell being edited), as the operations tell the user; "" when it can.
+    std::string WorkbookRefusal(const host::Ref<host::Application>& oApplication);
 
 private:
     void RunGuarded(const host::Ref<host::Application>& oApplication, const std::string& sCustomAppName,

@@ -43,8 +43,8 @@ public:
         RemoveAt(static_cast<size_t>(index - 1));
     }
 
-    auto begin() { return Values(items_.begin()); }
-    auto end() { return Values(items_.end()); }
+    auto begin() { return Values{items_.begin()}; }
+    auto end() { return Values{items_.end()}; }
 
 private:
     using Entry = std::pair<std::string, T>;

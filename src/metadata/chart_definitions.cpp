@@ -1,6 +1,8 @@
 // A chart's identity and its definition document. The document's root `chart` holds the
 // attributes CreateChartDoc sets, plus table-worksheet, data-start-row, the table geometry and the
-// bucket column positions that the load and the refresh write. Its children (categories, series,
+// bucket column positions that the load and the refresh write, and chart-shape-name, the name of
+// the chart's shape, by which a chart without series is found again when another program dropped
+// its link. Its children (categories, series,
 // values, x-values, bubble-sizes, sort-order, axes, data-labels, dynamic-attributes,
 // static-attributes, comment, auto-persistence) are found by name, so their order means nothing.
 // Columns are named, never numbered: that is why renamed columns have to be carried over.
@@ -87,6 +89,7 @@ void PSFunctions::CreateEmptyChart(const std::string& sSheetName, const std::str
         auto oChartObject = oSheet->ChartObjects()->Add(lOffset, lOffset, 420, 345);
         // The link the load follows from a definition to its chart.
         oSheet->Shapes()->Item(oChartObject->Name())->SetAlternativeText(sChartID);
+        if (c.oChartDoc) Obj(c.oChartDoc).selectSingleNode("chart").setAttribute("chart-shape-name", oChartObject->Name());
         auto oChart = oChartObject->Chart();
         auto oArea = oChart->ChartArea();
         oArea->Border()->SetLineStyle(0L);

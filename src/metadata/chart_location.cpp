@@ -30,7 +30,8 @@ bool PSFunctions::PlaceChartDefinition(const std::string& sSheetName) {
         bool bNewChart = !CommonFunctions::CollectionHasKey(c.sChartID, c.colCharts);
         Obj(c.oWorkbook).Worksheets()->Item(sSheetName)->Activate();
         oChart.setAttribute("chart-worksheet", sSheetName);
-        SaveChartDefinition(c.oChartDoc);
+        // A definition that can't be stored gets no chart: it would be lost at the next load.
+        if (!SaveChartDefinition(c.oChartDoc)) return false;
         if (bNewChart) CreateEmptyChart(sSheetName, c.sChartID);
         if (CommonFunctions::CollectionHasKey(c.sChartID, c.colCharts)) c.colCharts->Remove(c.sChartID);
         Obj(c.colCharts).Add(c.oChartDoc, c.sChartID);

@@ -34,6 +34,7 @@ void PSFunctions::RetrieveChartDefinitions() {
         c.colCharts = std::make_shared<host::Collection<dom::DocumentRef>>();
         c.colChartObjects = std::make_shared<host::Collection<host::Ref<host::Chart>>>();
         c.colChartShapes = std::make_shared<host::Collection<host::Ref<host::Shape>>>();
+        KeepMetadataSheetsVeryHidden();
 
         bool bNewSheet = false;
         if (!cf.SheetExists(sDefinitionSheet)) {
@@ -75,15 +76,25 @@ bool PSFunctions::LoadChartDefinitionRow(const std::string& sText) {
     std::string sID = cf.GetAttributeText(oChart, "id");
     std::string sTableID = cf.GetAttributeText(oChart, "table-id");
     std::string sSheet = FindChartSheet(sID);
+    // Another program may have re-saved the chart without its link; only a chart that is really
+    // gone, as one the user deleted, takes its definition along.
+    bool bRelinked = false;
+    if (sSheet.empty()) {
+        sSheet = FindLostChart(sID, oChart);
+        bRelinked = !sSheet.empty();
+    }
     std::string sTableSheet = GetTableSheetName(sTableID);
-    // The user deleted the chart: this is the one way definitions leave the sheet.
     if (sSheet.empty()) return false;
 
     oChart.setAttribute("chart-worksheet", sSheet);
     oChart.setAttribute("table-worksheet", sTableSheet);
+    auto oShape = FindChartShape(sID, sSheet);
+    oChart.setAttribute("chart-shape-name", oShape->Name());
     auto oChartObject = FindChartObject(sID, sSheet);
     auto oComment = FindChartComment(sID, sSheet);
-    ReadBackChart(oDoc, oChartObject, oComment);
+    if (!oComment) oComment = FindLostComment(sID, sSheet, oChart);
+    // A box that went with the link was not deleted by the user: the refresh draws it again.
+    ReadBackChart(oDoc, oChartObject, oComment, oComment || !bRelinked);
 
     // A second row with the same id fails here and goes.
     Obj(c.colChartObjects).Add(oChartObject, sID);
@@ -93,10 +104,10 @@ bool PSFunctions::LoadChartDefinitionRow(const std::string& sText) {
 }
 
 void PSFunctions::ReadBackChart(const dom::DocumentRef& oDoc, const host::Ref<host::Chart>& oChart,
-                                const host::Ref<host::Shape>& oComment) {
+                                const host::Ref<host::Shape>& oComment, bool bReadComment) {
     // RevEngineerChart has no error block: its failure is the row's.
     c.readback->RevEngineerChart(oChart, oDoc);
-    c.readback->RevEngineerComment(oComment, oDoc);
+    if (bReadComment) c.readback->RevEngineerComment(oComment, oDoc);
 }
 
 // ---------------------------------------------------------------- charts on sheets
@@ -112,13 +123,17 @@ std::string PSFunctions::FindChartSheet(const std::string& sChartID) {
     return {};
 }
 
-host::Ref<host::Chart> PSFunctions::FindChartObject(const std::string& sChartID, const std::string& sSheetName) {
-    auto oSheet = Obj(c.oWorkbook).Worksheets()->Item(sSheetName);
-    auto oShapes = oSheet->Shapes();
+host::Ref<host::Shape> PSFunctions::FindChartShape(const std::string& sChartID, const std::string& sSheetName) {
+    auto oShapes = Obj(c.oWorkbook).Worksheets()->Item(sSheetName)->Shapes();
     for (auto& oShape : host::Each(*oShapes))
-        if (oShape->Type() == host::msoChart && oShape->AlternativeText() == sChartID)
-            return oSheet->ChartObjects(host::Variant(oShape->Name()))->Chart();
+        if (oShape->Type() == host::msoChart && oShape->AlternativeText() == sChartID) return oShape;
     return nullptr;
+}
+
+host::Ref<host::Chart> PSFunctions::FindChartObject(const std::string& sChartID, const std::string& sSheetName) {
+    auto oShape = FindChartShape(sChartID, sSheetName);
+    if (!oShape) return nullptr;
+    return Obj(c.oWorkbook).Worksheets()->Item(sSheetName)->ChartObjects(host::Variant(oShape->Name()))->Chart();
 }
 
 host::Ref<host::Shape> PSFunctions::FindChartComment(const std::string& sChartID, const std::string& sSheetName) {
@@ -172,7 +187,7 @@ void PSFunctions::ValidateChartsAgainstTables() {
 
 // ---------------------------------------------------------------- saving
 
-void PSFunctions::SaveChartDefinition(const dom::DocumentRef& oChartDoc) {
+bool PSFunctions::SaveChartDefinition(const dom::DocumentRef& oChartDoc) {
     try {
         auto& cf = *c.common;
         auto oChart = Obj(oChartDoc).selectSingleNode("chart");
@@ -191,9 +206,11 @@ void PSFunctions::SaveChartDefinition(const dom::DocumentRef& oChartDoc) {
                 if (cf.GetAttributeText(oDoc->selectSingleNode("chart"), "id") == sID) break;
         }
         oSheet->Cells(lRow, 1)->SetValue(oChartDoc->xml());
+        return true;
     } catch (const std::exception&) {
         c.common->ReportError("PSFunctions.SaveChartDefinition");
     }
+    return false;
 }
 
 // ---------------------------------------------------------------- palette

@@ -22,6 +22,8 @@ inline constexpr const char* sChartSchemaVersion = "2";
 inline constexpr const char* sChartIDPrefix = "VEX_Chart";
 // The sheet name of a chart whose table is gone; the pages show and test for it.
 inline constexpr const char* sDeletedTableSheet = "[Deleted]";
+// The longest definition the store can keep: one cell's text.
+inline constexpr long lMaxDefinitionLength = 32767;
 // The mark in A1 of a new definition sheet.
 inline constexpr const char* sDefinitionSheetMark = "Plotsmith Version 2.0";
 
@@ -59,8 +61,10 @@ public:
     void RetrieveChartDefinitions();
     // Sets `table-corrupted` on every document of colCharts.
     void ValidateChartsAgainstTables();
-    // Writes a chart document to its row of the definition sheet, or to the first empty row.
-    void SaveChartDefinition(const dom::DocumentRef& oChartDoc);
+    // Writes a chart document to its row of the definition sheet, or to the first empty row. False
+    // when it could not be written (a text longer than a cell holds, a protected sheet), after a
+    // message.
+    bool SaveChartDefinition(const dom::DocumentRef& oChartDoc);
     // The first worksheet with a chart shape of this id, or "".
     std::string FindChartSheet(const std::string& sChartID);
     host::Ref<host::Chart> FindChartObject(const std::string& sChartID, const std::string& sSheetName);
@@ -69,6 +73,18 @@ public:
     std::string GetTableSheetName(const std::string& sTableID);
     // Gives a workbook without charts and with the default palette the chart colours.
     void EnsureWorkbookPalette();
+
+    // ---- charts another program re-saved without their links (chart_recovery.cpp)
+    // The sheet of the chart that no shape names but that belongs to this definition: the chart
+    // whose series read from the chart's block, or the one empty chart recorded for it. The
+    // shape's link is restored. "" when the chart is really gone.
+    std::string FindLostChart(const std::string& sChartID, const dom::Element& oChart);
+    // The comment box of a chart whose link was lost, by its text or its place at the chart's
+    // corner; its link is restored. Nothing when there is none.
+    host::Ref<host::Shape> FindLostComment(const std::string& sChartID, const std::string& sSheetName,
+                                           const dom::Element& oChart);
+    // The definition and data sheets found merely hidden are made very hidden again.
+    void KeepMetadataSheetsVeryHidden();
 
     // ---- chart definition operations
     // Starts a new chart: oChartDoc with its default attributes, and sChartID.
@@ -102,7 +118,9 @@ private:
     bool LoadChartDefinitionRow(const std::string& sText);
     // The live chart corrects its definition here (chart identity first, then the comment).
     void ReadBackChart(const dom::DocumentRef& oDoc, const host::Ref<host::Chart>& oChart,
-                       const host::Ref<host::Shape>& oComment);
+                       const host::Ref<host::Shape>& oComment, bool bReadComment);
+    // The chart frame's shape of this id on a sheet, or Nothing.
+    host::Ref<host::Shape> FindChartShape(const std::string& sChartID, const std::string& sSheetName);
 
     Component& c;
 };

@@ -111,7 +111,9 @@ bool PSRevEngineerChart::IsStrBuckChart(const host::Ref<host::Chart>& oChart) {
         for (auto& oSeries : host::Each(*oSeriesCollection)) {
             long lType = oSeries->ChartType();
             if (lType == host::xlColumnStacked) ++lBlocks;
-            else if (lType == host::xlLineMarkers || lType == host::xlCombination) ++lBucketValues;
+            // A stacked line of one series draws the same line; LibreOffice saves the bucket line so.
+            else if (lType == host::xlLineMarkers || lType == host::xlCombination || lType == host::xlLineMarkersStacked)
+                ++lBucketValues;
             else ++lStrangers;
         }
         return lBlocks > 0 && lBucketValues == 1 && lStrangers == 0;

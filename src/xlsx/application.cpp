@@ -76,7 +76,7 @@ void AppImpl::SetMacro(const std::string& name, MacroHandler handler) {
 }
 
 host::Ref<host::Workbook> AppImpl::Open(const std::string& path) {
-    auto pkg = Package::Open(path);
+    auto pkg = Package::Open(path, {options_.maxInflatedSize, options_.writerLock});
     active_ = std::make_shared<Book>(*this, std::move(pkg), std::filesystem::absolute(path).string());
     return active_;
 }

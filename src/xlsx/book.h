@@ -42,6 +42,7 @@ public:
     const std::string& Text(size_t index);  // plain text of an item, rich runs joined
     size_t Add(const std::string& text);    // index of an equal plain item, or a new one
     void Flush();                           // writes the counts of an edited table
+    size_t Count();                         // items in the table
 
 private:
     void Load();
@@ -67,6 +68,7 @@ public:
     void ResetPalette();
     std::string DefaultFontName();
     double DefaultFontSize();
+    size_t Count();  // cell styles (cellXfs), at least the one every workbook has
 
 private:
     pugi::xml_node Root(bool edit);
@@ -143,6 +145,9 @@ public:
     void ExpandSharedFormulas();
     void SortRows(long r1, long c1, long r2, long c2, long keyCol, bool descending, bool matchCase);
     bool Used(long& r1, long& c1, long& r2, long& c2);
+    // Parses the part and its drawing; ranges beyond a sheet's limits and a damaged drawing raise
+    // PackageError. Rows and cells are checked when the index is built, before any is read.
+    void Verify();
     // Column widths and row heights in points, for positions.
     double ColumnWidthPoints(long col);
     double RowHeightPoints(long row);
@@ -218,6 +223,9 @@ public:
     AppImpl& app() { return app_; }
     SharedStrings& strings();
     Styles& styles();
+    // The same counts as strings().Count() and styles().Count(), without making either part.
+    size_t SharedStringCount();
+    size_t CellStyleCount();
     const std::string& WorkbookPart() const { return wbPart_; }
     std::vector<SheetEntry>& SheetList() { return sheets_; }
     std::shared_ptr<SheetImpl> SheetAt(long index);  // 1-based, any kind
@@ -238,9 +246,16 @@ public:
     void SetMultiUserEditing(bool on);
     pugi::xml_node WorkbookRoot(bool edit);
     void MarkCalcOnLoad();
+    // The file is damaged: PackageError naming the file and the part, saying what is wrong with it.
+    [[noreturn]] void Damaged(std::string_view part, const std::string& what) const;
+    // Parses a part now and checks its root element: the name given, if any, and in any case not
+    // one whose namespace prefixes the engine can't read by.
+    const pugi::xml_document& ExpectRoot(const std::string& part, const char* name);
 
 private:
     void LoadSheets();
+    void Verify();
+    std::string RelatedPart(const char* type, bool required);
     void CheckSheetName(const std::string& name, const SheetImpl* except);
 
     AppImpl& app_;

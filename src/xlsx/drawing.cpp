@@ -97,6 +97,14 @@ pugi::xml_node Wrapper(pugi::xml_node el) {
 
 bool InGroup(pugi::xml_node el) { return LocalName(Container(el).name()) == "grpSp"; }
 
+// The prefix (with colon) the root declares for DrawingML, the first where it declares several.
+std::string DrawingMlPrefix(pugi::xml_node root) {
+    for (auto at : root.attributes())
+        if (std::strcmp(at.value(), kDrawingMlNs) == 0 && std::string_view(at.name()).substr(0, 6) == "xmlns:")
+            return std::string(at.name() + 6) + ":";
+    return {};
+}
+
 }  // namespace
 
 pugi::xml_node Xfrm(pugi::xml_node el) {
@@ -189,19 +197,13 @@ void Drawing::Prefixes() {
     auto root = book().pkg().Read(part_).document_element();
     if (InChart()) {
         ChartPrefixes(root);
-        a.clear();
-        for (auto at : root.attributes())
-            if (std::strcmp(at.value(), kDrawingMlNs) == 0 && std::string_view(at.name()).substr(0, 6) == "xmlns:")
-                a = std::string(at.name() + 6) + ":";
+        a = DrawingMlPrefix(root);
         return;
     }
     std::string_view n = root.name();
     auto colon = n.find(':');
     xdr = colon == std::string_view::npos ? "" : std::string(n.substr(0, colon + 1));
-    a.clear();
-    for (auto at : root.attributes())
-        if (std::strcmp(at.value(), kDrawingMlNs) == 0 && std::string_view(at.name()).substr(0, 6) == "xmlns:")
-            a = std::string(at.name() + 6) + ":";
+    a = DrawingMlPrefix(root);
 }
 
 const std::string& Drawing::Part() {
@@ -780,6 +782,106 @@ std::string Drawing::ChartPart(const ShapeNodes& s) {
             for (auto at : c.attributes())
                 if (LocalName(at.name()) == "id") return book().pkg().Target(part_, at.value());
     return {};
+}
+
+// ---------------------------------------------------------------- verifying
+
+namespace {
+
+// The coordinates of the schemas, in EMU: beyond what any sheet measures.
+constexpr long long kMinCoordinate = -27273042329600LL, kMaxCoordinate = 27273042316900LL;
+
+class AnchorCheck {
+public:
+    AnchorCheck(Book& book, std::string part) : book_(book), part_(std::move(part)) {}
+
+    void Anchor(pugi::xml_node anchor) {
+        auto l = LocalName(anchor.name());
+        if (l == "relSizeAnchor" || l == "absSizeAnchor") {
+            for (const char* corner : {"from", "to"})
+                for (const char* axis : {"x", "y"})
+                    if (auto n = Kid(Kid(anchor, corner), axis)) Fraction(n.text().get());
+        } else {
+            for (const char* corner : {"from", "to"})
+                if (auto m = Kid(anchor, corner)) Marker(m);
+        }
+        if (auto pos = Kid(anchor, "pos"))
+            for (const char* axis : {"x", "y"}) Whole(pos.attribute(axis).value(), kMinCoordinate, kMaxCoordinate, "places a shape at");
+        if (auto ext = Kid(anchor, "ext"))
+            for (const char* axis : {"cx", "cy"}) Whole(ext.attribute(axis).value(), 0, kMaxCoordinate, "gives a shape the size");
+    }
+
+private:
+    void Marker(pugi::xml_node m) {
+        // Positions walk columns and rows up to these: a number beyond the sheet would be walked for ever.
+        if (auto n = Kid(m, "col")) Whole(n.text().get(), 0, kMaxCols - 1, "anchors a shape at column index");
+        if (auto n = Kid(m, "row")) Whole(n.text().get(), 0, kMaxRows - 1, "anchors a shape at row index");
+        for (const char* off : {"colOff", "rowOff"})
+            if (auto n = Kid(m, off)) Whole(n.text().get(), kMinCoordinate, kMaxCoordinate, "offsets a shape by");
+    }
+
+    void Whole(const char* text, long long lo, long long hi, const char* what) {
+        auto n = IntegerOf(text);
+        if (!n || *n < lo || *n > hi)
+            book_.Damaged(part_, std::string(what) + " '" + text + "', outside " + std::to_string(lo) + " to " + std::to_string(hi));
+    }
+
+    void Fraction(const char* text) {
+        char* end = nullptr;
+        double v = std::strtod(text, &end);
+        while (end && (*end == ' ' || *end == '\t' || *end == '\r' || *end == '\n')) ++end;
+        if (end == text || !end || *end || !std::isfinite(v))
+            book_.Damaged(part_, "places a shape at '" + std::string(text) + "' of its chart, which is not a number");
+    }
+
+    Book& book_;
+    std::string part_;
+};
+
+}  // namespace
+
+void VerifyDrawing(Book& book, const std::string& owner, bool chart) {
+    auto& pkg = book.pkg();
+    pugi::xml_node ref;
+    for (auto c : pkg.Read(owner).document_element().children())
+        if (LocalName(c.name()) == (chart ? "userShapes" : "drawing")) {
+            ref = c;
+            break;
+        }
+    if (!ref) return;
+    // A drawing the engine can't find would read as a sheet without shapes, and charts would be lost.
+    auto target = [&](const std::string& source, pugi::xml_node el) {
+        std::string id = RelIdOf(el);
+        std::string part = pkg.Target(source, id);
+        if (part.empty())
+            book.Damaged(source, "refers to relationship '" + id + "', which '" + Package::RelsPartOf(source) + "' doesn't have");
+        if (!pkg.Has(part)) book.Damaged(Package::RelsPartOf(source), "points at '" + part + "', which the package doesn't have");
+        return part;
+    };
+    std::string part = target(owner, ref);
+    auto root = book.ExpectRoot(part, chart ? "c:userShapes" : "xdr:wsDr").document_element();
+
+    AnchorCheck check(book, part);
+    for (auto c : root.children()) {
+        auto l = LocalName(c.name());
+        if (IsAnchor(l)) check.Anchor(c);
+        if (l != "AlternateContent") continue;
+        for (auto alt : c.children())
+            for (auto a : alt.children())
+                if (IsAnchor(LocalName(a.name()))) check.Anchor(a);
+    }
+    if (chart) return;
+    for (auto x : root.select_nodes(".//*[local-name()='graphicData']")) {
+        auto data = x.node();
+        if (std::strcmp(data.attribute("uri").value(), kChartNs) != 0) continue;
+        if (auto c = Kid(data, "chart")) pkg.Read(target(part, c));
+    }
+    // Deleting a diagram reads its data part.
+    for (auto& rel : pkg.Rels(part)) {
+        if (rel.external || rel.type.size() < 12 || rel.type.substr(rel.type.size() - 12) != "/diagramData") continue;
+        std::string data = pkg.Target(part, rel.id);
+        if (!data.empty() && pkg.Has(data)) pkg.Read(data);
+    }
 }
 
 }  // namespace xlsx

@@ -122,6 +122,11 @@ private:
 // Kind of a shape element as the application reports it (msoChart, msoTextBox ...).
 long ShapeType(pugi::xml_node el);
 
+// Parses the drawing of a sheet part or the user shapes of a chart part (and for a sheet, the
+// charts it shows); raises PackageError for a part missing or damaged, or a shape placed beyond
+// the sheet's limits.
+void VerifyDrawing(Book& book, const std::string& owner, bool chart);
+
 // ---------------------------------------------------------------- objects (drawing_*.cpp)
 
 using DrawingPtr = std::shared_ptr<Drawing>;

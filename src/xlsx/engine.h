@@ -6,11 +6,15 @@
 #include <vector>
 
 #include "host/workbook.h"
+#include "xlsx/package.h"
 
 namespace xlsx {
 
 struct EngineOptions {
     std::string version = "16.0";  // what Application.Version answers
+    std::uint64_t maxInflatedSize = kDefaultMaxInflatedSize;  // a workbook's parts together, inflated
+    // Taken on every workbook Open reads, by a host that will save it.
+    WriterLock writerLock = WriterLock::None;
 };
 
 // A macro the host offers by name to Application.Run.
@@ -18,7 +22,7 @@ using MacroHandler = std::function<host::Variant(const std::vector<host::Variant
 
 class EngineApplication : public host::Application {
 public:
-    // Throws xlsx::PackageError (one clear line) for a missing, locked or corrupt file.
+    // Throws xlsx::PackageError (one clear line) for a missing, locked, corrupt or too big file.
     virtual host::Ref<host::Workbook> Open(const std::string& path) = 0;
     // A new workbook with one empty worksheet "Sheet1"; it becomes the active workbook.
     virtual host::Ref<host::Workbook> NewWorkbook() = 0;

@@ -1,6 +1,7 @@
 #pragma once
 // Namespaces, content types and relationship types of the parts the engine reads and writes, and
 // reading names without depending on the prefixes a writer chose.
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -11,6 +12,12 @@ namespace xlsx {
 namespace ns {
 inline constexpr const char* kMain = "http://schemas.openxmlformats.org/spreadsheetml/2006/main";
 inline constexpr const char* kRel = "http://schemas.openxmlformats.org/officeDocument/2006/relationships";
+inline constexpr const char* kDrawingMl = "http://schemas.openxmlformats.org/drawingml/2006/main";
+inline constexpr const char* kSheetDrawing = "http://schemas.openxmlformats.org/drawingml/2006/spreadsheetDrawing";
+inline constexpr const char* kChart = "http://schemas.openxmlformats.org/drawingml/2006/chart";
+inline constexpr const char* kChartDrawing = "http://schemas.openxmlformats.org/drawingml/2006/chartDrawing";
+inline constexpr const char* kPackageRels = "http://schemas.openxmlformats.org/package/2006/relationships";
+inline constexpr const char* kContentTypes = "http://schemas.openxmlformats.org/package/2006/content-types";
 }  // namespace ns
 
 namespace ct {
@@ -18,6 +25,7 @@ inline constexpr const char* kWorkbook = "application/vnd.openxmlformats-officed
 inline constexpr const char* kWorksheet = "application/vnd.openxmlformats-officedocument.spreadsheetml.worksheet+xml";
 inline constexpr const char* kStyles = "application/vnd.openxmlformats-officedocument.spreadsheetml.styles+xml";
 inline constexpr const char* kSharedStrings = "application/vnd.openxmlformats-officedocument.spreadsheetml.sharedStrings+xml";
+inline constexpr const char* kChart = "application/vnd.openxmlformats-officedocument.drawingml.chart+xml";
 }  // namespace ct
 
 namespace rel {
@@ -31,6 +39,7 @@ inline constexpr const char* kSharedStrings = PS_REL "sharedStrings";
 inline constexpr const char* kRevisionHeaders = PS_REL "revisionHeaders";
 inline constexpr const char* kUsernames = PS_REL "usernames";
 inline constexpr const char* kTable = PS_REL "table";
+inline constexpr const char* kTheme = PS_REL "theme";
 #undef PS_REL
 }  // namespace rel
 
@@ -43,5 +52,20 @@ pugi::xml_node Kid(pugi::xml_node parent, std::string_view local);
 std::string PrefixFor(pugi::xml_node root, const char* ns, const char* preferred);
 // The relationship id of an element (r:id, whatever the prefix); "" when it has none.
 std::string RelIdOf(pugi::xml_node node);
+// The whole number a value of the schemas' integer types holds (blanks around it, a sign);
+// nullopt for anything else, or beyond the range of long long.
+std::optional<long long> IntegerOf(std::string_view text);
+
+// Renames the elements of the namespaces the engine reads, and attributes of the relationships
+// namespace, to the prefixes the engine reads and writes them with: none for SpreadsheetML and the
+// package's own parts, r: a: xdr: c: cdr: for the others; their declarations go on the root. A
+// document where that would change what a name means (the engine's prefix bound to another
+// namespace where a name would take it, unprefixed elements in no namespace, a renamed prefix that
+// a markup compatibility attribute names) is left as written, and false is answered. `text`, the bytes the document was parsed from, lets a
+// document that binds no such namespace to another prefix be recognised without a walk.
+bool NormalizeNamespaces(pugi::xml_document& doc, std::string_view text = {});
+// False when the root element is in one of those namespaces under another prefix: a document the
+// engine can't read by its names.
+bool HasCanonicalRoot(const pugi::xml_document& doc);
 
 }  // namespace xlsx

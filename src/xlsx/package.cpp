@@ -1,6 +1,8 @@
 #include "xlsx/package.h"
+#include "xlsx/ooxml.h"
 
 #include <algorithm>
+#include <cctype>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
@@ -118,10 +120,12 @@ std::string Reason(int err, bool creating = false) {
     }
 }
 
-// A lock another program holds on the whole file, either kind the system offers.
-bool LockedByOther(int fd, bool forWriting) {
-    if (flock(fd, (forWriting ? LOCK_EX : LOCK_SH) | LOCK_NB) != 0) return errno == EWOULDBLOCK;
-    flock(fd, LOCK_UN);
+// A lock another program holds on the whole file: a POSIX lock, or with flockToo a flock.
+bool LockedByOther(int fd, bool forWriting, bool flockToo = true) {
+    if (flockToo) {
+        if (flock(fd, (forWriting ? LOCK_EX : LOCK_SH) | LOCK_NB) != 0) return errno == EWOULDBLOCK;
+        flock(fd, LOCK_UN);
+    }
     struct flock fl {};
     fl.l_type = forWriting ? F_WRLCK : F_RDLCK;
     fl.l_whence = SEEK_SET;
@@ -131,12 +135,18 @@ bool LockedByOther(int fd, bool forWriting) {
 
 class Fd {
 public:
-    explicit Fd(int fd) : fd_(fd) {}
+    explicit Fd(int fd = -1) : fd_(fd) {}
     ~Fd() {
         if (fd_ >= 0) ::close(fd_);
     }
-    Fd(const Fd&) = delete;
-    Fd& operator=(const Fd&) = delete;
+    Fd(Fd&& other) noexcept : fd_(other.release()) {}
+    Fd& operator=(Fd&& other) noexcept {
+        if (this != &other) {
+            if (fd_ >= 0) ::close(fd_);
+            fd_ = other.release();
+        }
+        return *this;
+    }
     int get() const { return fd_; }
     int release() { return std::exchange(fd_, -1); }
 
@@ -144,20 +154,67 @@ private:
     int fd_;
 };
 
-std::string ReadWholeFile(const std::string& path) {
+// Another program's save renames a new inode over the path; an edit in place changes size or time.
+bool SameFile(const struct stat& a, const struct stat& b) {
+    return a.st_dev == b.st_dev && a.st_ino == b.st_ino && a.st_size == b.st_size &&
+           a.st_mtim.tv_sec == b.st_mtim.tv_sec && a.st_mtim.tv_nsec == b.st_mtim.tv_nsec;
+}
+
+bool SameInode(const struct stat& a, const struct stat& b) { return a.st_dev == b.st_dev && a.st_ino == b.st_ino; }
+
+std::string NotRegular(const struct stat& st) {
+    if (S_ISDIR(st.st_mode)) return Reason(EISDIR);
+    if (S_ISFIFO(st.st_mode)) return "it is a pipe, not a file";
+    if (S_ISCHR(st.st_mode) || S_ISBLK(st.st_mode)) return "it is a device, not a file";
+    return "it is not a regular file";
+}
+
+std::string InMiB(std::uint64_t bytes) {
+    return bytes % (1 << 20) == 0 ? std::to_string(bytes >> 20) + " MiB" : std::to_string(bytes) + " bytes";
+}
+
+std::string TooBig(const std::string& path, std::uint64_t limit) {
+    return "cannot open " + Quoted(path) + ": it inflates to more than the limit of " + InMiB(limit);
+}
+
+// Opens the workbook without ever blocking on a pipe or a device, and takes the writer lock when
+// asked. `st` answers the file as read, to tell at save whether it was replaced meanwhile.
+Fd OpenWorkbookFile(const std::string& path, WriterLock lock, struct stat& st) {
     auto fail = [&](const std::string& why) { return PackageError("cannot open " + Quoted(path) + ": " + why); };
-    Fd fd(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
-    if (fd.get() < 0) throw fail(Reason(errno));
-    struct stat st {};
-    if (fstat(fd.get(), &st) != 0) throw fail(Reason(errno));
-    if (S_ISDIR(st.st_mode)) throw fail(Reason(EISDIR));
-    if (LockedByOther(fd.get(), false)) throw fail(Reason(EWOULDBLOCK));
+    for (;;) {
+        Fd fd(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+        if (fd.get() < 0) throw fail(errno == ENXIO ? std::string("it is not a regular file") : Reason(errno));
+        if (fstat(fd.get(), &st) != 0) throw fail(Reason(errno));
+        if (!S_ISREG(st.st_mode)) throw fail(NotRegular(st));
+        if (lock == WriterLock::None) {
+            if (LockedByOther(fd.get(), false)) throw fail(Reason(EWOULDBLOCK));
+            return fd;
+        }
+        if (flock(fd.get(), LOCK_EX | (lock == WriterLock::Refuse ? LOCK_NB : 0)) != 0) {
+            if (errno == EINTR) continue;
+            throw fail(errno == EWOULDBLOCK ? "another plotsmith (or program) is writing it" : Reason(errno));
+        }
+        if (LockedByOther(fd.get(), true, false)) throw fail(Reason(EWOULDBLOCK));
+        // The lock is on the inode opened. A writer before us that saved meanwhile renamed a new
+        // inode over the path and left us the old one: start again on what the path names now.
+        struct stat now {};
+        if (::stat(path.c_str(), &now) == 0 && SameInode(now, st) && fstat(fd.get(), &st) == 0) return fd;
+    }
+}
+
+std::string ReadWholeFile(const std::string& path, int fd, const struct stat& st, std::uint64_t limit) {
+    auto fail = [&](const std::string& why) { return PackageError("cannot open " + Quoted(path) + ": " + why); };
+    // The zip is held whole beside its parts, and stored parts are as long inflated.
+    if (static_cast<std::uint64_t>(st.st_size) > limit) throw PackageError(TooBig(path, limit));
     std::string data;
     data.resize(static_cast<size_t>(std::max<off_t>(st.st_size, 0)));
     size_t done = 0;
     for (;;) {
-        if (done == data.size()) data.resize(data.size() + 65536);
-        ssize_t n = ::read(fd.get(), data.data() + done, data.size() - done);
+        if (done == data.size()) {
+            if (done >= limit) throw PackageError(TooBig(path, limit));
+            data.resize(data.size() + 65536);
+        }
+        ssize_t n = ::read(fd, data.data() + done, data.size() - done);
         if (n < 0 && errno == EINTR) continue;
         if (n < 0) throw fail(Reason(errno));
         if (n == 0) break;
@@ -165,6 +222,24 @@ std::string ReadWholeFile(const std::string& path) {
     }
     data.resize(done);
     return data;
+}
+
+// Temporary files that killed saves left beside the workbook, ".NAME.XXXXXX" as mkstemp names
+// them. A save holds a lock on its temporary file until the rename, so one nobody holds is garbage.
+void RemoveStaleTemporaries(const fs::path& folder, const std::string& name) {
+    const std::string prefix = "." + name + ".";
+    std::error_code ec;
+    for (fs::directory_iterator it(folder, ec), end; !ec && it != end; it.increment(ec)) {
+        std::string file = it->path().filename().string();
+        if (file.size() != prefix.size() + 6 || file.compare(0, prefix.size(), prefix) != 0 ||
+            !std::all_of(file.begin() + prefix.size(), file.end(), [](char c) { return std::isalnum(uint8_t(c)); }))
+            continue;
+        Fd fd(::open(it->path().c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK));
+        struct stat st {}, now {};
+        if (fd.get() < 0 || fstat(fd.get(), &st) != 0 || !S_ISREG(st.st_mode)) continue;
+        if (flock(fd.get(), LOCK_EX | LOCK_NB) != 0) continue;  // a save under way
+        if (::lstat(it->path().c_str(), &now) == 0 && SameInode(now, st)) ::unlink(it->path().c_str());
+    }
 }
 
 // The current umask without changing it (umask() would race with other threads).
@@ -203,7 +278,10 @@ class PackageImpl final : public Package {
 public:
     explicit PackageImpl(std::string path) : path_(std::move(path)) {}
 
-    void Load(const std::string& data);
+    // The file read, kept to tell at save whether another program replaced it; with a writer
+    // lock its descriptor holds the lock.
+    void Opened(Fd file, const struct stat& st, bool holdLock);
+    void Load(const std::string& data, std::uint64_t limit);
     void InitEmpty();
 
     bool Has(std::string_view part) const override { return Find(part) != nullptr; }
@@ -243,8 +321,12 @@ private:
     void DropOverride(std::string_view part);
 
     std::string ZipBytes();
+    void CheckUnchangedOnDisk(const fs::path& target) const;
 
     std::string path_;
+    fs::path openedPath_;    // canonical; empty for a new package
+    struct stat opened_ {};  // the file as read, then as last saved
+    Fd lock_;                // the writer lock, when held
     std::vector<std::unique_ptr<Part>> parts_;
     std::map<std::string, Part*, std::less<>> index_;
 };
@@ -275,6 +357,7 @@ pugi::xml_document& PackageImpl::Doc(Part& p) {
             throw PackageError(Invalid("part " + Quoted(p.name) + " is not well-formed XML (" + result.description() +
                                        " at offset " + std::to_string(result.offset) + ")"));
         }
+        NormalizeNamespaces(*doc, p.bytes);
         p.doc = std::move(doc);
     }
     return *p.doc;
@@ -284,7 +367,14 @@ pugi::xml_document& PackageImpl::Doc(Part& p) {
 // Reading the zip
 // ---------------------------------------------------------------------------------------------
 
-void PackageImpl::Load(const std::string& data) {
+void PackageImpl::Opened(Fd file, const struct stat& st, bool holdLock) {
+    std::error_code ec;
+    openedPath_ = fs::weakly_canonical(fs::absolute(path_), ec);
+    opened_ = st;
+    if (holdLock) lock_ = std::move(file);
+}
+
+void PackageImpl::Load(const std::string& data, std::uint64_t limit) {
     if (data.empty()) throw PackageError(Invalid("the file is empty"));
     if (data.compare(0, 8, "\xD0\xCF\x11\xE0\xA1\xB1\x1A\xE1") == 0) {
         throw PackageError(Invalid("it is password-protected or in the old binary format"));
@@ -307,6 +397,7 @@ void PackageImpl::Load(const std::string& data) {
         ~Closer() { zip_discard(za); }
     } closer{za};
 
+    std::uint64_t inflated = 0;
     zip_int64_t count = zip_get_num_entries(za, 0);
     for (zip_int64_t i = 0; i < count; ++i) {
         const char* rawName = zip_get_name(za, i, 0);
@@ -316,10 +407,23 @@ void PackageImpl::Load(const std::string& data) {
         if (name.empty() || name.back() == '/') continue;  // folder entries carry no part
         if (Find(name)) throw PackageError(Invalid("part " + Quoted(name) + " appears twice"));
 
+        // Sizes come from the central directory, which can lie: they are checked against the
+        // archive before memory is set aside, and the inflated bytes against them.
         zip_stat_t st;
         zip_stat_init(&st);
+        if (zip_stat_index(za, i, 0, &st) != 0) throw PackageError(Invalid("the zip data is damaged or incomplete"));
+        const bool sized = st.valid & ZIP_STAT_SIZE;
+        if (sized && (st.valid & ZIP_STAT_COMP_SIZE) && (st.valid & ZIP_STAT_COMP_METHOD)) {
+            // A deflate stream inflates to at most 1032 times its length.
+            bool impossible = st.comp_size > data.size() ||
+                              (st.comp_method == ZIP_CM_STORE && st.size > st.comp_size) ||
+                              (st.comp_method == ZIP_CM_DEFLATE && st.size > st.comp_size * 1032 + 1024);
+            if (impossible)
+                throw PackageError(Invalid("part " + Quoted(name) + " is damaged (its declared size is impossible)"));
+        }
+        if (sized && st.size > limit - inflated) throw PackageError(TooBig(path_, limit));
         std::string bytes;
-        if (zip_stat_index(za, i, 0, &st) == 0 && (st.valid & ZIP_STAT_SIZE)) bytes.reserve(st.size);
+        if (sized) bytes.reserve(static_cast<size_t>(st.size));
         zip_file_t* zf = zip_fopen_index(za, i, 0);
         if (!zf) {
             int code = zip_error_code_zip(zip_get_error(za));
@@ -329,10 +433,18 @@ void PackageImpl::Load(const std::string& data) {
         }
         char buf[65536];
         zip_int64_t n;
-        while ((n = zip_fread(zf, buf, sizeof buf)) > 0) bytes.append(buf, static_cast<size_t>(n));
-        bool failed = n < 0;
+        bool overDeclared = false, overLimit = false;
+        while ((n = zip_fread(zf, buf, sizeof buf)) > 0) {
+            overDeclared = sized && bytes.size() + n > st.size;
+            overLimit = inflated + bytes.size() + n > limit;
+            if (overDeclared || overLimit) break;
+            bytes.append(buf, static_cast<size_t>(n));
+        }
         zip_fclose(zf);
-        if (failed) throw PackageError(Invalid("part " + Quoted(name) + " is damaged"));
+        if (overLimit && !overDeclared) throw PackageError(TooBig(path_, limit));
+        if (n < 0 || overDeclared || (sized && bytes.size() != st.size))
+            throw PackageError(Invalid("part " + Quoted(name) + " is damaged"));
+        inflated += bytes.size();
         Add(name).bytes = std::move(bytes);
     }
 
@@ -611,6 +723,26 @@ std::string PackageImpl::ZipBytes() {
     return bytes;
 }
 
+// Refuses to overwrite a file at the path Open read that another program has replaced or
+// modified since; the check and the rename are not one step, a window no advisory lock closes
+// against programs that don't take it.
+void PackageImpl::CheckUnchangedOnDisk(const fs::path& target) const {
+    if (openedPath_.empty()) return;
+    std::error_code ec;
+    if (fs::weakly_canonical(fs::absolute(target), ec) != openedPath_) return;
+    struct stat now {};
+    if (::stat(target.c_str(), &now) != 0 || !SameFile(now, opened_))
+        throw PackageError("cannot save " + Quoted(target.string()) +
+                           ": another program replaced or changed it since it was opened; its version stays");
+}
+
+// The writer lock (see Package::Open) is on an inode, and a save renames a new inode over the
+// path. The lock therefore moves with the save: the temporary file is locked from its creation
+// (which also keeps the clean-up of killed saves off it) and after the rename that lock is the
+// writer lock, the old inode's released. A writer waiting on the old inode wakes, finds the path
+// naming another inode and starts again there, behind us; one that opens the path after our
+// rename meets our lock on the new inode. So one writer at a time holds the inode the path names,
+// and each reads what the one before saved.
 void PackageImpl::Save(const std::string& path) {
     auto fail = [&](const std::string& why) { return PackageError("cannot save " + Quoted(path) + ": " + why); };
     fs::path target = path;
@@ -623,25 +755,42 @@ void PackageImpl::Save(const std::string& path) {
 
     struct stat old {};
     bool exists = ::stat(target.c_str(), &old) == 0;
-    if (exists && !S_ISDIR(old.st_mode)) {
+    if (exists && !S_ISREG(old.st_mode)) throw fail(NotRegular(old));
+    CheckUnchangedOnDisk(target);
+    if (exists) {
         if (::access(target.c_str(), W_OK) != 0) throw fail(Reason(errno));
-        Fd probe(::open(target.c_str(), O_RDONLY | O_CLOEXEC));
-        if (probe.get() >= 0 && LockedByOther(probe.get(), true)) throw fail(Reason(EWOULDBLOCK));
+        // Our own writer lock is no other program's.
+        struct stat locked {};
+        bool ours = lock_.get() >= 0 && fstat(lock_.get(), &locked) == 0 && SameInode(locked, old);
+        Fd probe(::open(target.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+        if (probe.get() >= 0 && LockedByOther(probe.get(), true, !ours)) throw fail(Reason(EWOULDBLOCK));
     }
 
     std::string bytes = ZipBytes();
 
     fs::path folder = target.parent_path().empty() ? fs::path(".") : target.parent_path();
-    std::string tmpl = (folder / ("." + target.filename().string() + ".XXXXXX")).string();
-    Fd fd(::mkstemp(tmpl.data()));
-    if (fd.get() < 0) throw fail(Reason(errno, true));
-    auto abandon = [&](int err) {
-        ::close(fd.release());
+    RemoveStaleTemporaries(folder, target.filename().string());
+    std::string tmpl;
+    Fd fd;
+    for (int attempt = 0; fd.get() < 0; ++attempt) {
+        tmpl = (folder / ("." + target.filename().string() + ".XXXXXX")).string();
+        fd = Fd(::mkstemp(tmpl.data()));
+        if (fd.get() < 0) throw fail(Reason(errno, true));
+        // A clean-up that took the file before our lock has unlinked it: make another.
+        struct stat st {};
+        if (flock(fd.get(), LOCK_EX) != 0 || fstat(fd.get(), &st) != 0) throw fail(Reason(errno, true));
+        if (st.st_nlink == 0 && attempt < 8) fd = Fd();
+    }
+    auto discard = [&] {
         ::unlink(tmpl.c_str());
+        fd = Fd();
+    };
+    auto abandon = [&](int err) {
+        discard();
         return fail(Reason(err, true));
     };
 
-    if (exists && !S_ISDIR(old.st_mode)) {
+    if (exists) {
         if (fchown(fd.get(), old.st_uid, old.st_gid) != 0) {
             // Keeping the owner is a courtesy that only a privileged user can pay.
         }
@@ -658,16 +807,23 @@ void PackageImpl::Save(const std::string& path) {
         done += static_cast<size_t>(n);
     }
     if (::fsync(fd.get()) != 0) throw abandon(errno);
-    if (::close(fd.release()) != 0) {
-        int err = errno;
-        ::unlink(tmpl.c_str());
-        throw fail(Reason(err, true));
+    struct stat saved {};
+    if (fstat(fd.get(), &saved) != 0) throw abandon(errno);
+    try {
+        CheckUnchangedOnDisk(target);
+    } catch (const PackageError&) {
+        discard();
+        throw;
     }
     if (::rename(tmpl.c_str(), target.c_str()) != 0) {
         int err = errno;
-        ::unlink(tmpl.c_str());
-        throw fail(Reason(err == ENOTEMPTY || err == EEXIST ? EISDIR : err, true));
+        throw abandon(err == ENOTEMPTY || err == EEXIST ? EISDIR : err);
     }
+    if (!openedPath_.empty() && fs::weakly_canonical(fs::absolute(target), ec) == openedPath_) {
+        opened_ = saved;
+        if (lock_.get() >= 0) lock_ = std::move(fd);
+    }
+    fd = Fd();
     // Makes the rename itself durable; a failure here can no longer lose data.
     Fd dir(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     if (dir.get() >= 0) ::fsync(dir.get());
@@ -679,10 +835,15 @@ void PackageImpl::Save(const std::string& path) {
 // Public functions
 // ---------------------------------------------------------------------------------------------
 
-std::unique_ptr<Package> Package::Open(const std::string& path) {
-    std::string data = ReadWholeFile(path);
+std::unique_ptr<Package> Package::Open(const std::string& path, const OpenOptions& options) {
+    struct stat st {};
+    Fd fd = OpenWorkbookFile(path, options.writerLock, st);
     auto pkg = std::make_unique<PackageImpl>(path);
-    pkg->Load(data);
+    {
+        std::string data = ReadWholeFile(path, fd.get(), st, options.maxInflatedSize);
+        pkg->Load(data, options.maxInflatedSize);
+    }
+    pkg->Opened(std::move(fd), st, options.writerLock != WriterLock::None);
     return pkg;
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 // The zip package of a workbook: every part kept as bytes, XML parsed only when asked for,
 // unchanged parts written back byte for byte, saves atomic.
+#include <cstdint>
 #include <memory>
 #include <stdexcept>
 #include <string>
@@ -24,10 +25,29 @@ struct Relationship {
     bool external = false;   // TargetMode="External"
 };
 
+// Every part is held inflated in memory, and a parsed part takes several times its text; 2 GiB is
+// far above real workbooks (large ones inflate to a few hundred MiB) and near what a usual machine
+// can hold parsed, so a package beyond it is refused in one line before it exhausts memory.
+inline constexpr std::uint64_t kDefaultMaxInflatedSize = std::uint64_t(2) << 30;
+
+// The advisory lock (flock) a writer holds on the workbook from Open until the package is gone; each
+// save moves it to the file the save wrote.
+enum class WriterLock {
+    None,    // a reader: takes no lock, refuses a file another program holds exclusively
+    Refuse,  // takes the lock, refuses at once when another writer holds it
+    Wait,    // takes the lock, waiting for another writer to finish
+};
+
+struct OpenOptions {
+    std::uint64_t maxInflatedSize = kDefaultMaxInflatedSize;  // all parts together, inflated
+    WriterLock writerLock = WriterLock::None;
+};
+
 class Package {
 public:
-    // Reads the whole zip; throws PackageError for a missing, unreadable, locked or corrupt file.
-    static std::unique_ptr<Package> Open(const std::string& path);
+    // Reads the whole zip; throws PackageError for a missing, unreadable, locked or corrupt file,
+    // anything but a regular file, or a package inflating beyond the limit.
+    static std::unique_ptr<Package> Open(const std::string& path, const OpenOptions& options = {});
     // An empty package to build a new workbook in: only [Content_Types].xml, holding the
     // Defaults every package has (rels, xml).
     static std::unique_ptr<Package> Create();
@@ -79,7 +99,8 @@ public:
     static std::string ResolveTarget(std::string_view source, std::string_view target);
 
     // Writes a temporary file beside path, flushes it, renames it over path. A failure leaves
-    // path as it was and throws PackageError.
+    // path as it was and throws PackageError; so does a file at the path Open read that was
+    // replaced or modified since. Temporary files of this path left by killed saves are removed.
     virtual void Save(const std::string& path) = 0;
 };
 

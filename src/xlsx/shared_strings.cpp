@@ -83,6 +83,14 @@ const std::string& SharedStrings::Text(size_t index) {
     return index < texts_.size() ? texts_[index] : empty;
 }
 
+size_t SharedStrings::Count() {
+    if (loaded_) return texts_.size();
+    // Counting needs no texts: opening a workbook asks before any cell is read.
+    size_t n = 0;
+    for (auto si = pkg_.Read(part_).document_element().child("si"); si; si = si.next_sibling("si")) ++n;
+    return n;
+}
+
 size_t SharedStrings::Add(const std::string& text) {
     Load();
     if (auto it = plain_.find(text); it != plain_.end()) return it->second;

@@ -1,4 +1,5 @@
 // The styles part: number formats of cell styles, the colour palette and the default font.
+#include <algorithm>
 #include <cstdio>
 
 #include "host/error.h"
@@ -173,6 +174,11 @@ void Styles::ResetPalette() {
     colors = root.child("colors");
     colors.remove_child("indexedColors");
     if (!colors.first_child()) root.remove_child(colors);
+}
+
+size_t Styles::Count() {
+    LoadFormats();
+    return std::max<size_t>(xfFormat_.size(), 1);
 }
 
 std::string Styles::DefaultFontName() {

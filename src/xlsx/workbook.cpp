@@ -5,6 +5,7 @@
 #include "host/constants.h"
 #include "host/error.h"
 #include "xlsx/book.h"
+#include "xlsx/drawing.h"
 #include "xlsx/ooxml.h"
 
 namespace xlsx {
@@ -61,7 +62,66 @@ Book::Book(AppImpl& app, std::unique_ptr<Package> pkg, std::string path)
             wbPart_ = Package::ResolveTarget("", r.target);
     if (wbPart_.empty() || !pkg_->Has(wbPart_))
         throw PackageError("'" + path_ + "' is not a valid workbook package: it has no workbook part");
+    ExpectRoot(wbPart_, "workbook");
     LoadSheets();
+    Verify();
+}
+
+// ---------------------------------------------------------------- verifying
+
+void Book::Damaged(std::string_view part, const std::string& what) const {
+    throw PackageError((path_.empty() ? std::string("the new workbook") : "'" + path_ + "'") +
+                       " is not a valid workbook package: part '" + std::string(part) + "' " + what);
+}
+
+const pugi::xml_document& Book::ExpectRoot(const std::string& part, const char* name) {
+    auto& doc = pkg_->Read(part);
+    std::string_view root = doc.document_element().name();
+    if (!HasCanonicalRoot(doc)) Damaged(part, "declares its namespaces in a way that can't be read");
+    if (name && root != name) Damaged(part, "has the root element '" + std::string(root) + "' where '" + name + "' belongs");
+    return doc;
+}
+
+// The part a relationship of the workbook of this type points at; "" when it has none. A required
+// one must be in the package.
+std::string Book::RelatedPart(const char* type, bool required) {
+    for (auto& r : pkg_->Rels(wbPart_)) {
+        if (r.type != type) continue;
+        std::string part = pkg_->Target(wbPart_, r.id);
+        if (required && (part.empty() || !pkg_->Has(part)))
+            Damaged(Package::RelsPartOf(wbPart_), "points at '" + (part.empty() ? r.target : part) +
+                                                      "', which the package doesn't have");
+        return part;
+    }
+    return {};
+}
+
+// Every part the engine reads is parsed here, and what a valid file can't hold is looked for
+// where that is cheap: a damaged file then fails Open, before the caller changes anything, and not
+// a read inside an operation, whose error handling would take it for a fault of one row or chart.
+// The parsed parts stay with the package, so later reads cost nothing more. Cells are checked as
+// a sheet is first read (SheetImpl::BuildIndex).
+void Book::Verify() {
+    if (auto part = RelatedPart(rel::kSharedStrings, true); !part.empty()) ExpectRoot(part, "sst");
+    if (auto part = RelatedPart(rel::kStyles, true); !part.empty()) ExpectRoot(part, "styleSheet");
+    // The theme only lends colours and fonts: without it the engine takes the defaults.
+    if (auto part = RelatedPart(rel::kTheme, false); !part.empty() && pkg_->Has(part)) ExpectRoot(part, "a:theme");
+    for (auto& e : sheets_) {
+        const std::string& part = e.sheet->Part();
+        std::string name = e.node.attribute("name").value();
+        if (part.empty())
+            Damaged(wbPart_, "names sheet '" + name + "' through relationship '" + RelIdOf(e.node) + "', which '" +
+                                 Package::RelsPartOf(wbPart_) + "' doesn't have");
+        if (!pkg_->Has(part))
+            Damaged(Package::RelsPartOf(wbPart_), "points sheet '" + name + "' at '" + part + "', which the package doesn't have");
+        e.sheet->Verify();
+    }
+    // Chart parts are read by type too (references follow moved rows in all of them).
+    for (auto& part : pkg_->Parts())
+        if (pkg_->ContentType(part) == ct::kChart) {
+            ExpectRoot(part, "c:chartSpace");
+            VerifyDrawing(*this, part, true);
+        }
 }
 
 pugi::xml_node Book::WorkbookRoot(bool edit) {
@@ -99,6 +159,12 @@ SharedStrings& Book::strings() {
     }
     return *strings_;
 }
+
+size_t Book::SharedStringCount() {
+    return strings_ || !RelatedPart(rel::kSharedStrings, false).empty() ? strings().Count() : 0;
+}
+
+size_t Book::CellStyleCount() { return styles_ || !RelatedPart(rel::kStyles, false).empty() ? styles().Count() : 1; }
 
 Styles& Book::styles() {
     if (!styles_) {

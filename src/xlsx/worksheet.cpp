@@ -8,7 +8,9 @@
 #include "host/error.h"
 #include "xlsx/book.h"
 #include "xlsx/chart_part.h"
+#include "xlsx/drawing.h"
 #include "xlsx/numfmt.h"
+#include "xlsx/ooxml.h"
 
 namespace xlsx {
 
@@ -101,9 +103,6 @@ host::Variant ParseTyped(const std::string& text, bool& formula) {
     return d;
 }
 
-// Row and cell numbers as written in r attributes.
-long RowOf(pugi::xml_node row, long fallback) { return row.attribute("r") ? row.attribute("r").as_int() : fallback; }
-
 }  // namespace
 
 SheetImpl::SheetImpl(Book& book, std::string part, bool chartsheet)
@@ -187,33 +186,105 @@ void SheetImpl::PrepareSave(bool selected) {
     dim.attribute("ref").set_value(ref.c_str());
 }
 
+// ---------------------------------------------------------------- verifying
+
+namespace {
+// "A1" or "A1:C3" inside the sheet's cells.
+bool CellArea(std::string_view ref) {
+    auto colon = ref.find(':');
+    if (colon == std::string_view::npos) return ParseCellRef(ref).has_value();
+    return ParseCellRef(ref.substr(0, colon)) && ParseCellRef(ref.substr(colon + 1));
+}
+
+const char* kCells = "outside the cells of a sheet (A1:XFD1048576)";
+}  // namespace
+
+void SheetImpl::Verify() {
+    book_.ExpectRoot(part_, chartsheet_ ? "chartsheet" : nullptr);
+    VerifyDrawing(book_, part_, false);
+    if (chartsheet_) return;
+    auto fail = [&](const std::string& what) { book_.Damaged(part_, what); };
+    auto root = book_.pkg().Read(part_).document_element();
+    std::string_view dim = root.child("dimension").attribute("ref").value();
+    if (!dim.empty() && !CellArea(dim)) fail("has the dimension '" + std::string(dim) + "', " + kCells);
+    for (auto m : root.child("mergeCells").children("mergeCell"))
+        if (!CellArea(m.attribute("ref").value()))
+            fail("merges the cells '" + std::string(m.attribute("ref").value()) + "', " + kCells);
+    for (auto c : root.child("cols").children("col"))
+        for (const char* end : {"min", "max"}) {
+            auto n = IntegerOf(c.attribute(end).value());
+            if (!n || *n < 1 || *n > kMaxCols)
+                fail("sizes columns up to '" + std::string(c.attribute(end).value()) +
+                     "', where a sheet's columns are 1 to " + std::to_string(kMaxCols));
+        }
+}
+
 // ---------------------------------------------------------------- index
 
 void SheetImpl::BuildIndex() {
     if (indexed_) return;
-    indexed_ = true;
     // Editing from the start: the index holds nodes of the document that will be written.
     // Reading alone must not mark the part changed, so the index is built over the read DOM,
     // which is the same document object the edit DOM returns.
-    auto sd = Root(false).child("sheetData");
+    // Cells no valid sheet has fail here, before any read of the sheet: checking them at open
+    // would add a walk over every cell of every sheet. A failed index stays unbuilt.
+    auto fail = [&](const std::string& what) { book_.Damaged(part_, what); };
+    size_t strings = book_.SharedStringCount(), styles = book_.CellStyleCount();
+    std::map<long, RowEntry> rows;
     long lastRow = 0;
-    for (auto row : sd.children("row")) {
-        long r = RowOf(row, lastRow + 1);
+    for (auto row : Root(false).child("sheetData").children("row")) {
+        long r = lastRow + 1;
+        if (auto a = row.attribute("r")) {
+            auto n = IntegerOf(a.value());
+            if (!n || *n < 1 || *n > kMaxRows)
+                fail("has row '" + std::string(a.value()) + "', where a sheet's rows are 1 to " + std::to_string(kMaxRows));
+            r = static_cast<long>(*n);
+        } else if (r > kMaxRows) {
+            fail("has more rows than a sheet (" + std::to_string(kMaxRows) + ")");
+        }
         lastRow = r;
-        RowEntry& e = rows_[r];
+        RowEntry& e = rows[r];
         e.node = row;
         long lastCol = 0;
         for (auto c : row.children("c")) {
+            pugi::xml_attribute ref, style, type;
+            for (auto a = c.first_attribute(); a; a = a.next_attribute()) {
+                const char* name = a.name();
+                if (name[0] != 0 && name[1] == 0) {
+                    if (name[0] == 'r') ref = a;
+                    else if (name[0] == 's') style = a;
+                    else if (name[0] == 't') type = a;
+                }
+            }
             long col = lastCol + 1;
-            if (auto a = c.attribute("r")) {
-                auto ref = ParseCellRef(a.value());
-                if (ref) col = ref->col;
+            if (ref) {
+                auto at = ParseCellRef(ref.value());
+                if (!at) fail("has a cell at '" + std::string(ref.value()) + "', " + kCells);
+                col = at->col;
+            } else if (col > kMaxCols) {
+                fail("has more cells in row " + std::to_string(r) + " than a sheet has columns (" + std::to_string(kMaxCols) + ")");
             }
             lastCol = col;
             e.cells.push_back({col, c});
+            if (style) {
+                auto n = IntegerOf(style.value());
+                if (!n || *n < 0 || static_cast<unsigned long long>(*n) >= styles)
+                    fail("gives cell " + CellAddress(r, col) + " the style '" + style.value() + "', but the workbook has " +
+                         std::to_string(styles) + " cell styles");
+            }
+            if (type && type.value()[0] == 's' && type.value()[1] == 0)
+                if (auto value = c.child("v")) {
+                    auto n = IntegerOf(value.text().get());
+                    if (!n || *n < 0 || static_cast<unsigned long long>(*n) >= strings)
+                        fail("refers to shared string '" + std::string(value.text().get()) + "' in cell " + CellAddress(r, col) +
+                             ", but the workbook has " + std::to_string(strings));
+                }
         }
         std::sort(e.cells.begin(), e.cells.end(), [](auto& a, auto& b) { return a.first < b.first; });
     }
+    rows_ = std::move(rows);
+    lastRow_ = rows_.end();
+    indexed_ = true;
 }
 
 std::map<long, RowEntry>::iterator SheetImpl::FindRow(long row) {
@@ -519,9 +590,13 @@ void SheetImpl::ShiftRows(long at, long count) {
 bool SheetImpl::MayReference(const std::string& sheet) {
     if (chartsheet_) return false;
     if (host::EqualsNoCase(Name(), sheet) || book_.pkg().Changed(part_) || indexed_) return true;
-    // A part that was never opened needs no parse unless its text has formulas naming the sheet.
+    // A sheet never indexed needs no walk unless its text has formulas naming the sheet. Formula
+    // elements may have a prefix; a name with characters XML escapes is not looked for.
     std::string bytes = book_.pkg().Bytes(part_);
-    if (bytes.find("<f") == std::string::npos) return false;
+    if (bytes.find("<f") == std::string::npos && bytes.find(":f>") == std::string::npos &&
+        bytes.find(":f ") == std::string::npos)
+        return false;
+    if (sheet.find_first_of("&<>") != std::string::npos) return true;
     return host::UCase(bytes).find(host::UCase(sheet)) != std::string::npos;
 }
 
@@ -738,6 +813,7 @@ double SheetImpl::RowHeightPoints(long row) {
 
 double SheetImpl::ColumnLeft(long col) {
     double x = 0;
+    col = std::min(col, kMaxCols + 1);  // no further edge to walk to
     for (long c = 1; c < col; ++c) x += ColumnWidthPoints(c);
     return x;
 }

@@ -152,7 +152,7 @@ TEST(ChartDocs, TheEntryOperationLoadsRenamesAndSavesWhatTheLoadCorrected) {
     w.c.oWorkbook = e.c.oWorkbook;
     EXPECT_EQ(w.Definitions(), std::vector<std::string>{
                                    "<chart id=\"VEX_Chart1\" table-id=\"VEX_TableRange1\" chart-worksheet=\"Sheet1\" "
-                                   "table-worksheet=\"Sheet1\" table-corrupted=\"no\" ps-chart-schema-version=\"2\">"
-                                   "<values><column name=\"Revenue\"/></values></chart>\r\n"})
+                                   "table-worksheet=\"Sheet1\" chart-shape-name=\"Chart 1\" table-corrupted=\"no\" "
+                                   "ps-chart-schema-version=\"2\"><values><column name=\"Revenue\"/></values></chart>\r\n"})
         << "the orphan went at the load; the chart's row carries the rename and what the load corrected";
 }

@@ -1,13 +1,18 @@
 #include "xlsx/package.h"
 
+#include <cstring>
 #include <fstream>
 #include <functional>
 #include <set>
 #include <sstream>
+#include <thread>
 
 #include <fcntl.h>
 #include <sys/file.h>
+#include <sys/socket.h>
+#include <sys/un.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <gtest/gtest.h>
@@ -51,6 +56,38 @@ std::string PyString(const std::string& text) {
 fs::path Corpus(const std::string& name) {
     fs::path p = testsupport::SharedDir() / "corpus" / "excel" / name;
     return fs::exists(p) ? p : fs::path{};
+}
+
+// A package of one part of zeros, which deflates about a thousandfold.
+fs::path ZerosPackage(const fs::path& file, size_t size) {
+    auto pkg = Package::Create();
+    pkg->Put("xl/zeros.bin", std::string(size, '\0'), "application/octet-stream");
+    pkg->Save(file.string());
+    return file;
+}
+
+// The zip with the central directory claiming another inflated size for a part; a claim beyond
+// 32 bits goes into a zip64 field, as large parts have it.
+std::string ClaimingSize(std::string zip, const std::string& part, std::uint64_t size) {
+    auto u16 = [&](size_t at) { std::uint16_t v; std::memcpy(&v, &zip[at], 2); return v; };
+    auto put = [&](size_t at, auto v) { std::memcpy(&zip[at], &v, sizeof v); };
+    size_t at = zip.find("PK\x01\x02");
+    while (at != std::string::npos && zip.compare(at + 46, u16(at + 28), part) != 0) at = zip.find("PK\x01\x02", at + 4);
+    if (at == std::string::npos) return {};
+    if (size < 0xFFFFFFFFu) {
+        put(at + 24, std::uint32_t(size));
+        return zip;
+    }
+    put(at + 24, std::uint32_t(0xFFFFFFFFu));
+    std::string zip64("\x01\x00\x08\x00", 4);
+    zip64.append(reinterpret_cast<const char*>(&size), 8);
+    zip.insert(at + 46 + u16(at + 28), zip64);
+    put(at + 30, std::uint16_t(u16(at + 30) + 12));
+    size_t end = zip.rfind("PK\x05\x06");
+    std::uint32_t directorySize;
+    std::memcpy(&directorySize, &zip[end + 12], 4);
+    put(end + 12, directorySize + 12);
+    return zip;
 }
 
 #define REQUIRE_CORPUS(var, name)                                   \
@@ -466,6 +503,196 @@ TEST(Package, FailedSaveLeavesTheOriginalIntact) {
     EXPECT_EQ(st.st_mode & 0777, 0640u);
     auto again = Package::Open(file.string());
     EXPECT_TRUE(again->Read("xl/workbook.xml").document_element().child("extLst"));
+}
+
+TEST(Package, SizesThatLieAndTheInflationCapAreRefusedInOneLine) {
+    fs::path dir = testsupport::ScratchDir("package-sizes");
+    const size_t size = 4 << 20;
+    fs::path zeros = ZerosPackage(dir / "zeros.xlsx", size);
+    const std::string zip = ReadFile(zeros);
+    ASSERT_LT(zip.size(), 16u << 10);
+    EXPECT_EQ(Package::Open(zeros.string())->Bytes("xl/zeros.bin").size(), size);
+    auto invalid = [](const fs::path& p) { return "'" + p.string() + "' is not a valid workbook package: "; };
+
+    // A central directory claiming a tebibyte, or anything a deflate stream of this length can't
+    // hold, is refused before memory is set aside; one claiming a byte more or less than the part
+    // inflates to is refused as it is read.
+    fs::path lying = dir / "lying.xlsx";
+    for (std::uint64_t claim : {std::uint64_t(1) << 40, std::uint64_t(zip.size()) * 1100}) {
+        WriteFile(lying, ClaimingSize(zip, "xl/zeros.bin", claim));
+        EXPECT_EQ(ErrorOf([&] { Package::Open(lying.string()); }),
+                  invalid(lying) + "part 'xl/zeros.bin' is damaged (its declared size is impossible)")
+            << claim;
+    }
+    for (std::uint64_t claim : {size - 1, size + 1}) {
+        WriteFile(lying, ClaimingSize(zip, "xl/zeros.bin", claim));
+        EXPECT_EQ(ErrorOf([&] { Package::Open(lying.string()); }), invalid(lying) + "part 'xl/zeros.bin' is damaged")
+            << claim;
+    }
+
+    // The cap counts every part inflated, and the zip itself.
+    auto capped = [&](std::uint64_t limit) {
+        return ErrorOf([&] { Package::Open(zeros.string(), {limit}); });
+    };
+    EXPECT_EQ(capped(size - 1), "cannot open '" + zeros.string() + "': it inflates to more than the limit of " +
+                                    std::to_string(size - 1) + " bytes");
+    EXPECT_EQ(capped(3 << 20), "cannot open '" + zeros.string() + "': it inflates to more than the limit of 3 MiB");
+    EXPECT_EQ(capped(zip.size() - 1), "cannot open '" + zeros.string() + "': it inflates to more than the limit of " +
+                                          std::to_string(zip.size() - 1) + " bytes");
+    EXPECT_EQ(capped(8 << 20), "(no error)");
+}
+
+TEST(Package, OnlyRegularFilesAreOpenedOrSavedOver) {
+    fs::path dir = testsupport::ScratchDir("package-not-files");
+    auto pkg = Package::Create();
+    fs::path fifo = dir / "fifo.xlsx";
+    ASSERT_EQ(mkfifo(fifo.c_str(), 0600), 0);
+    // Nobody writes the pipe: opening it must not wait for a writer.
+    EXPECT_EQ(ErrorOf([&] { Package::Open(fifo.string()); }),
+              "cannot open '" + fifo.string() + "': it is a pipe, not a file");
+    EXPECT_EQ(ErrorOf([&] { Package::Open(fifo.string(), {.writerLock = xlsx::WriterLock::Refuse}); }),
+              "cannot open '" + fifo.string() + "': it is a pipe, not a file");
+    EXPECT_EQ(ErrorOf([&] { pkg->Save(fifo.string()); }),
+              "cannot save '" + fifo.string() + "': it is a pipe, not a file");
+    EXPECT_EQ(ErrorOf([&] { Package::Open("/dev/zero"); }), "cannot open '/dev/zero': it is a device, not a file");
+    EXPECT_EQ(ErrorOf([&] { Package::Open(dir.string(), {.writerLock = xlsx::WriterLock::Wait}); }),
+              "cannot open '" + dir.string() + "': it is a folder");
+
+    fs::path socketPath = dir / "socket.xlsx";
+    int sock = socket(AF_UNIX, SOCK_STREAM, 0);
+    sockaddr_un addr{};
+    addr.sun_family = AF_UNIX;
+    std::strncpy(addr.sun_path, socketPath.c_str(), sizeof addr.sun_path - 1);
+    ASSERT_EQ(bind(sock, reinterpret_cast<sockaddr*>(&addr), sizeof addr), 0);
+    EXPECT_EQ(ErrorOf([&] { Package::Open(socketPath.string()); }),
+              "cannot open '" + socketPath.string() + "': it is not a regular file");
+    close(sock);
+    EXPECT_TRUE(fs::is_fifo(fifo));
+}
+
+// Another program's save renames its file over ours; an edit in place changes size or time.
+// Either way its version stays and ours is refused.
+TEST(Package, AFileReplacedOrChangedOnDiskIsNotOverwritten) {
+    fs::path dir = testsupport::ScratchDir("package-replaced");
+    fs::path file = ZerosPackage(dir / "book.xlsx", 1000);
+    auto entries = [&] {
+        std::set<std::string> names;
+        for (auto& e : fs::directory_iterator(dir)) names.insert(e.path().filename().string());
+        return names;
+    };
+
+    auto pkg = Package::Open(file.string());
+    pkg->Put("xl/mine.bin", "mine", "application/octet-stream");
+    ZerosPackage(dir / "theirs.xlsx", 2000);
+    const std::string theirs = ReadFile(dir / "theirs.xlsx");
+    fs::rename(dir / "theirs.xlsx", file);
+    const std::string refused = "cannot save '" + file.string() +
+                                "': another program replaced or changed it since it was opened; its version stays";
+    EXPECT_EQ(ErrorOf([&] { pkg->Save(file.string()); }), refused);
+    EXPECT_EQ(ReadFile(file), theirs);
+    EXPECT_EQ(entries(), std::set<std::string>{"book.xlsx"});
+
+    // Saving elsewhere is no overwrite; saving over what it saved itself, twice, is ours to do.
+    auto again = Package::Open(file.string());
+    again->Save(file.string());
+    again->Put("xl/mine.bin", "mine", "application/octet-stream");
+    again->Save(file.string());
+    EXPECT_EQ(Package::Open(file.string())->Bytes("xl/mine.bin"), "mine");
+    std::ofstream(file, std::ios::binary | std::ios::app) << "appended by someone";
+    const std::string appended = ReadFile(file);
+    EXPECT_EQ(ErrorOf([&] { again->Save(file.string()); }), refused);
+    EXPECT_EQ(ReadFile(file), appended);
+    pkg->Save((dir / "copy.xlsx").string());
+    EXPECT_EQ(Package::Open((dir / "copy.xlsx").string())->Bytes("xl/mine.bin"), "mine");
+    fs::remove(file);
+    EXPECT_EQ(ErrorOf([&] { again->Save(file.string()); }), refused);
+    EXPECT_FALSE(fs::exists(file));
+}
+
+// One writer at a time holds the file the path names, its lock moving to the file each save makes.
+TEST(Package, WritersTakeTurnsAndTheLockFollowsTheSave) {
+    fs::path dir = testsupport::ScratchDir("package-writers");
+    fs::path file = ZerosPackage(dir / "book.xlsx", 1000);
+    const std::string busy = "cannot open '" + file.string() + "': another plotsmith (or program) is writing it";
+    const std::string locked = "cannot open '" + file.string() + "': the file is locked by another program";
+    const xlsx::OpenOptions writer{.writerLock = xlsx::WriterLock::Refuse};
+
+    auto first = Package::Open(file.string(), writer);
+    EXPECT_EQ(ErrorOf([&] { Package::Open(file.string(), writer); }), busy);
+    EXPECT_EQ(ErrorOf([&] { Package::Open(file.string()); }), locked);
+    first->Put("xl/first.bin", "1", "application/octet-stream");
+    first->Save(file.string());  // its own lock doesn't stop it
+    EXPECT_EQ(ErrorOf([&] { Package::Open(file.string(), writer); }), busy);
+    first->Put("xl/first.bin", "2", "application/octet-stream");
+    first->Save(file.string());
+
+    // A writer waiting meanwhile reads what the first saved last, not the file it waited on.
+    std::unique_ptr<Package> second;
+    std::string waitError;
+    std::thread waiting([&] {
+        waitError = ErrorOf([&] { second = Package::Open(file.string(), {.writerLock = xlsx::WriterLock::Wait}); });
+    });
+    std::this_thread::sleep_for(std::chrono::milliseconds(100));
+    first->Put("xl/first.bin", "3", "application/octet-stream");
+    first->Save(file.string());
+    first.reset();
+    waiting.join();
+    ASSERT_TRUE(second) << waitError;
+    EXPECT_EQ(second->Bytes("xl/first.bin"), "3");
+    EXPECT_EQ(ErrorOf([&] { Package::Open(file.string(), writer); }), busy);
+    second.reset();
+    EXPECT_EQ(ErrorOf([&] { Package::Open(file.string(), writer); }), "(no error)");
+
+    // A lock of another program of either kind.
+    int fd = open(file.c_str(), O_RDWR);
+    ASSERT_GE(fd, 0);
+    ASSERT_EQ(flock(fd, LOCK_SH), 0);
+    EXPECT_EQ(ErrorOf([&] { Package::Open(file.string(), writer); }), busy);
+    EXPECT_EQ(ErrorOf([&] { Package::Open(file.string()); }), "(no error)");
+    flock(fd, LOCK_UN);
+    pid_t child = fork();
+    if (child == 0) {
+        struct flock fl {};
+        fl.l_type = F_WRLCK;
+        fl.l_whence = SEEK_SET;
+        fcntl(fd, F_SETLKW, &fl);
+        pause();
+        _exit(0);
+    }
+    ASSERT_GT(child, 0);
+    struct flock probe {};
+    for (int i = 0; i < 5000 && probe.l_type != F_WRLCK; ++i) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        probe = {};
+        probe.l_type = F_WRLCK;
+        probe.l_whence = SEEK_SET;
+        fcntl(fd, F_GETLK, &probe);
+    }
+    EXPECT_EQ(probe.l_type, F_WRLCK);
+    EXPECT_EQ(ErrorOf([&] { Package::Open(file.string(), writer); }), locked);
+    kill(child, SIGKILL);
+    waitpid(child, nullptr, 0);
+    close(fd);
+}
+
+TEST(Package, ASaveRemovesTheTemporaryFilesOfKilledSaves) {
+    fs::path dir = testsupport::ScratchDir("package-stale");
+    fs::path file = ZerosPackage(dir / "book.xlsx", 1000);
+    for (auto name : {".book.xlsx.AbC123", ".book.xlsx.Zz9999", ".book.xlsx.keep", ".book.xlsx.AbC12",
+                      ".other.xlsx.AbC123", "book.xlsx.AbC123"})
+        WriteFile(dir / name, "left over");
+    fs::create_symlink("book.xlsx", dir / ".book.xlsx.Link00");
+    // A save under way holds a lock on its temporary file.
+    int live = open((dir / ".book.xlsx.Zz9999").c_str(), O_RDONLY);
+    ASSERT_GE(live, 0);
+    ASSERT_EQ(flock(live, LOCK_EX), 0);
+
+    Package::Open(file.string())->Save(file.string());
+    std::set<std::string> names;
+    for (auto& e : fs::directory_iterator(dir)) names.insert(e.path().filename().string());
+    EXPECT_EQ(names, (std::set<std::string>{"book.xlsx", ".book.xlsx.Zz9999", ".book.xlsx.keep", ".book.xlsx.AbC12",
+                                            ".other.xlsx.AbC123", "book.xlsx.AbC123", ".book.xlsx.Link00"}));
+    close(live);
 }
 
 }  // namespace
