@@ -213,6 +213,19 @@ TEST(AddAndExport, BadInputSaysWhyInOneLineAndLeavesTheWorkbookAlone) {
     Write(dir / "table.xml", "<table id=\"Data1\"/>");
     Write(dir / "radar.xml", "<chart name=\"Radar\" type=\"radar\" table-id=\"Data1\"/>");
     Write(dir / "lost.xml", "<chart name=\"Lost\" type=\"column\" table-id=\"VEX_TableRangeGone\"/>");
+    // With the line break a stored document ends in, one character more than a cell holds: the
+    // store could not keep it, and the chart would go at the next load.
+    const std::string longStart = "<chart name=\"Long\" type=\"column\" table-id=\"Data1\"><comment>", longEnd = "</comment></chart>";
+    Write(dir / "long.xml", longStart + std::string(32766 - longStart.size() - longEnd.size(), 'x') + longEnd);
+    // A workbook whose structure is protected takes no chart, as every operation refuses it.
+    auto protectedBook = dir / "protected.xlsx";
+    {
+        auto app = xlsx::NewApplication();
+        auto wb = app->Open(Example("sales.xlsx").string());
+        wb->Protect({}, true);
+        wb->SaveAs(protectedBook.string());
+    }
+    const std::string protectedBefore = Slurp(protectedBook);
 
     struct Case {
         std::string args, message;
@@ -233,6 +246,12 @@ TEST(AddAndExport, BadInputSaysWhyInOneLineAndLeavesTheWorkbookAlone) {
         {"add " + B + " " + column + " --sheet 'Bad/Name' --new-sheet",
          "Invalid worksheet name. Please enter a valid name for the worksheet."},
         {"export " + B + " Nothing", "'" + b + "' has no chart 'Nothing'"},
+        {"add " + B + " " + Q(dir / "long.xml") + " --sheet Sales",
+         "chart 'Long' has a definition of 32768 characters; a workbook cell holds at most 32767"},
+        {"add " + Q(protectedBook) + " " + column + " --sheet Sales",
+         "This workbook has been protected. To use the Plotsmith you need to turn off Structure Protection."},
+        {"define " + Q(protectedBook) + " --table Data1 --type pie",
+         "This workbook has been protected. To use the Plotsmith you need to turn off Structure Protection."},
     };
     for (auto& t : cases) {
         auto r = ts::Run(Plotsmith(t.args));
@@ -241,6 +260,7 @@ TEST(AddAndExport, BadInputSaysWhyInOneLineAndLeavesTheWorkbookAlone) {
     }
     EXPECT_EQ(ts::Run(Plotsmith("add " + B + " " + column)).status, 2);  // --sheet is required
     EXPECT_EQ(Slurp(book), before);
+    EXPECT_EQ(Slurp(protectedBook), protectedBefore);
 }
 
 }  // namespace
