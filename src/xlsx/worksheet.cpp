@@ -217,6 +217,9 @@ void SheetImpl::Verify() {
                 fail("sizes columns up to '" + std::string(c.attribute(end).value()) +
                      "', where a sheet's columns are 1 to " + std::to_string(kMaxCols));
         }
+    // Damaged cells found inside an operation would be taken for an empty or changed table, and
+    // the charts over it saved so; the index is built for nearly every sheet an operation reads anyway.
+    BuildIndex();
 }
 
 // ---------------------------------------------------------------- index
@@ -226,8 +229,7 @@ void SheetImpl::BuildIndex() {
     // Editing from the start: the index holds nodes of the document that will be written.
     // Reading alone must not mark the part changed, so the index is built over the read DOM,
     // which is the same document object the edit DOM returns.
-    // Cells no valid sheet has fail here, before any read of the sheet: checking them at open
-    // would add a walk over every cell of every sheet. A failed index stays unbuilt.
+    // Cells no valid sheet has fail here, at open. A failed index stays unbuilt.
     auto fail = [&](const std::string& what) { book_.Damaged(part_, what); };
     size_t strings = book_.SharedStringCount(), styles = book_.CellStyleCount();
     std::map<long, RowEntry> rows;
