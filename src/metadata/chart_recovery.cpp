@@ -125,6 +125,23 @@ host::Ref<host::Shape> PSFunctions::FindLostComment(const std::string& sChartID,
     return nullptr;
 }
 
+void PSFunctions::KeepDrawnLegend(const dom::DocumentRef& oDoc, const host::Ref<host::Chart>& oChart) {
+    try {
+        auto& cf = *c.common;
+        auto oChartElement = Obj(oDoc).selectSingleNode("chart");
+        std::string sType = cf.GetAttributeText(oChartElement, "type");
+        if (sType != "bubble" && sType != "strategic bucket") return;
+        // The drawn legend is the only shape the component puts inside a chart: with none left,
+        // the writer took them all.
+        if (Obj(oChart).Shapes()->Count() > 0) return;
+        for (auto oPersist : oChartElement.selectNodes("auto-persistence/persist"))
+            if (cf.GetAttributeText(oPersist, "property") == "legend-visibility" &&
+                cf.GetAttributeText(oPersist, "value") == "hide")
+                oPersist.setAttribute("value", "auto");
+    } catch (const std::exception&) {
+    }
+}
+
 void PSFunctions::KeepMetadataSheetsVeryHidden() {
     // Other programs save a very hidden sheet as merely hidden, which a user can show from the menus.
     try {

@@ -95,6 +95,7 @@ bool PSFunctions::LoadChartDefinitionRow(const std::string& sText) {
     if (!oComment) oComment = FindLostComment(sID, sSheet, oChart);
     // A box that went with the link was not deleted by the user: the refresh draws it again.
     ReadBackChart(oDoc, oChartObject, oComment, oComment || !bRelinked);
+    if (bRelinked) KeepDrawnLegend(oDoc, oChartObject);
 
     // A second row with the same id fails here and goes.
     Obj(c.colChartObjects).Add(oChartObject, sID);

@@ -83,6 +83,9 @@ public:
     // corner; its link is restored. Nothing when there is none.
     host::Ref<host::Shape> FindLostComment(const std::string& sChartID, const std::string& sSheetName,
                                            const dom::Element& oChart);
+    // A chart whose drawn legend went with its link (a writer that drops the shapes inside charts)
+    // gets it drawn again, rather than taken as deleted by the user.
+    void KeepDrawnLegend(const dom::DocumentRef& oDoc, const host::Ref<host::Chart>& oChart);
     // The definition and data sheets found merely hidden are made very hidden again.
     void KeepMetadataSheetsVeryHidden();
 

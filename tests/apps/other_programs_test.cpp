@@ -106,6 +106,11 @@ void ExpectEveryChartKept(const ts::fs::path& book) {
         }
         ASSERT_GT(series->Count(), 0) << ch.id;
         EXPECT_TRUE(Has(series->Item(1L)->Formula(), "VEX_ChartData!")) << ch.id << ": " << series->Item(1L)->Formula();
+        // Bubble and bucket charts draw their legend of shapes inside the chart.
+        if (ch.sheet == "Bubble" || ch.sheet == "Bucket") {
+            auto inside = sheet->ChartObjects(host::Variant(shapes[0]->Name()))->Chart()->Shapes();
+            EXPECT_EQ(inside->Count() > 0 ? inside->Item(1L)->Name() : "", "VEX_Legend") << ch.id;
+        }
     }
     auto boxes = Linked(wb->Worksheets()->Item("Bubble"), "VEX_Chart5", false);
     ASSERT_EQ(boxes.size(), 1u);
