@@ -130,11 +130,15 @@ bool CommonFunctions::CreateSheet(const std::string& sName, long lPosition, long
         if (lVisible != host::xlSheetVisible) Obj(oActive).Activate();
         return true;
     } catch (const std::exception&) {
-        // Not guarded: a failure here reaches the caller's error block.
-        auto& app = Obj(c.oApplication);
-        app.SetDisplayAlerts(false);
-        Obj(oSheet).Delete();
-        app.SetDisplayAlerts(true);
+        // Only a sheet that was added is taken away: a workbook that refuses new sheets (its
+        // structure protected) leaves none, and the caller words the failure. Not guarded: a
+        // failure of the deletion reaches the caller's error block.
+        if (oSheet) {
+            auto& app = Obj(c.oApplication);
+            app.SetDisplayAlerts(false);
+            oSheet->Delete();
+            app.SetDisplayAlerts(true);
+        }
         return false;
     }
 }

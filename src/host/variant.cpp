@@ -1,5 +1,6 @@
 #include "host/variant.h"
 
+#include <cctype>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
@@ -158,15 +159,36 @@ std::string NumberToText(double value) {
     return mant + exp;
 }
 
+namespace {
+// A radix literal as the run-time types it: up to 16 bits an Integer and up to 32 bits a Long,
+// both signed, so that &HFFFF is -1; wider ones keep their unsigned value. A trailing "&" asks for
+// a Long, so that &HFFFF& is 65535.
+double RadixValue(const std::string& t, size_t i, int radix) {
+    double value = 0;
+    size_t digits = 0;
+    for (; i < t.size(); ++i, ++digits) {
+        unsigned char ch = static_cast<unsigned char>(std::toupper(static_cast<unsigned char>(t[i])));
+        int d = std::isdigit(ch) ? ch - '0' : (ch >= 'A' && ch <= 'F' ? ch - 'A' + 10 : radix);
+        if (d >= radix) break;
+        value = value * radix + d;
+    }
+    if (digits == 0) return 0;
+    bool asLong = i < t.size() && t[i] == '&';
+    if (!asLong && value <= 0xFFFF) return value >= 0x8000 ? value - 0x10000 : value;
+    if (value <= 0xFFFFFFFFu) return value >= 0x80000000u ? value - 4294967296.0 : value;
+    return value;
+}
+}  // namespace
+
 double Val(std::string_view text) {
     // Blanks, tabs and line feeds are skipped anywhere, as the run-time does.
     std::string t;
     for (char c : text)
         if (c != ' ' && c != '\t' && c != '\n' && c != '\r') t += c;
     size_t i = 0;
-    if (t.size() >= 2 && t[0] == '&' && (t[1] == 'H' || t[1] == 'h')) {
-        long v = std::strtol(t.c_str() + 2, nullptr, 16);
-        return static_cast<double>(v);
+    if (t.size() >= 2 && t[0] == '&') {
+        if (t[1] == 'H' || t[1] == 'h') return RadixValue(t, 2, 16);
+        if (t[1] == 'O' || t[1] == 'o') return RadixValue(t, 2, 8);
     }
     if (i < t.size() && (t[i] == '+' || t[i] == '-')) ++i;
     size_t digits = 0;
@@ -208,6 +230,125 @@ bool ParseNumber(std::string_view text, double& out) {
             return false;
     return true;
 }
+
+// ---- dates: a serial counts days from 12/30/1899; below zero the whole part is the day before
+// and the fraction is still the time after that day's midnight.
+
+constexpr double kFirstDate = -657434.0;  // 1/1/100
+constexpr double kPastLastDate = 2958466.0;  // the day after 12/31/9999
+constexpr long long kSerialZeroFromUnix = -25569;  // days from 1/1/1970 to 12/30/1899
+
+long long DaysFromCivil(long long y, long m, long d) {
+    y -= m <= 2;
+    long long era = (y >= 0 ? y : y - 399) / 400;
+    long long yoe = y - era * 400;
+    long long doy = (153 * (m + (m > 2 ? -3 : 9)) + 2) / 5 + d - 1;
+    long long doe = yoe * 365 + yoe / 4 - yoe / 100 + doy;
+    return era * 146097 + doe - 719468;
+}
+
+void CivilFromDays(long long z, long long& y, long& m, long& d) {
+    z += 719468;
+    long long era = (z >= 0 ? z : z - 146096) / 146097;
+    long long doe = z - era * 146097;
+    long long yoe = (doe - doe / 1460 + doe / 36524 - doe / 146096) / 365;
+    long long doy = doe - (365 * yoe + yoe / 4 - yoe / 100);
+    long long mp = (5 * doy + 2) / 153;
+    d = static_cast<long>(doy - (153 * mp + 2) / 5 + 1);
+    m = static_cast<long>(mp < 10 ? mp + 3 : mp - 9);
+    y = yoe + era * 400 + (m <= 2);
+}
+
+// The serial as a day and the seconds after its midnight, rounded to the second as the run-time shows it.
+void SplitSerial(double serial, long long& days, long long& seconds) {
+    double whole = std::trunc(serial);
+    days = static_cast<long long>(whole);
+    seconds = std::llround(std::fabs(serial - whole) * 86400.0);
+    if (seconds >= 86400) {
+        seconds -= 86400;
+        ++days;
+    }
+}
+
+// The short date of the run-time's default (English) locale, with the long time when there is one;
+// day zero alone shows as a time.
+std::string DateToText(double serial) {
+    if (!(serial >= kFirstDate && serial < kPastLastDate)) return NumberToText(serial);
+    long long days, seconds;
+    SplitSerial(serial, days, seconds);
+    char date[64] = "", time[64] = "";
+    if (days != 0) {
+        long long y;
+        long m, d;
+        CivilFromDays(days + kSerialZeroFromUnix, y, m, d);
+        std::snprintf(date, sizeof date, "%ld/%ld/%04lld", m, d, y);
+    }
+    if (seconds != 0 || days == 0) {
+        long h = static_cast<long>(seconds / 3600), mi = static_cast<long>(seconds / 60 % 60), s = static_cast<long>(seconds % 60);
+        std::snprintf(time, sizeof time, "%ld:%02ld:%02ld %s", h % 12 == 0 ? 12 : h % 12, mi, s, h < 12 ? "AM" : "PM");
+    }
+    if (!*date) return time;
+    if (!*time) return date;
+    return std::string(date) + " " + time;
+}
+
+// Reads a whole text written as DateToText writes it (m/d/yyyy, h:mm[:ss] [AM|PM], or both), so
+// that a Date and its text compare equal. Two-digit years follow the run-time's window (00-29 2000s).
+bool ParseDateText(std::string_view text, long long& days, long long& seconds) {
+    std::string t = UCase(Trim(text));
+    size_t i = 0;
+    auto number = [&](long& out, size_t maxDigits) {
+        size_t start = i;
+        out = 0;
+        while (i < t.size() && i - start < maxDigits && std::isdigit(static_cast<unsigned char>(t[i])))
+            out = out * 10 + (t[i++] - '0');
+        return i > start ? static_cast<long>(i - start) : 0L;
+    };
+    auto skipBlanks = [&] { while (i < t.size() && t[i] == ' ') ++i; };
+    days = 0;
+    seconds = 0;
+    bool any = false;
+    long a, b, c;
+    size_t mark = i;
+    if (number(a, 2) && i < t.size() && t[i] == '/') {
+        ++i;
+        if (!number(b, 2) || i >= t.size() || t[i] != '/') return false;
+        ++i;
+        long yearDigits = number(c, 4);
+        if (yearDigits == 0 || yearDigits == 3) return false;
+        if (yearDigits <= 2) c += c < 30 ? 2000 : 1900;
+        if (a < 1 || a > 12 || b < 1) return false;
+        static const long kMonthDays[] = {31, 29, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
+        bool leap = (c % 4 == 0 && c % 100 != 0) || c % 400 == 0;
+        if (b > kMonthDays[a - 1] || (a == 2 && b == 29 && !leap)) return false;
+        days = DaysFromCivil(c, a, b) - kSerialZeroFromUnix;
+        any = true;
+        skipBlanks();
+        mark = i;
+    }
+    i = mark;
+    if (i < t.size()) {
+        long h, mi, s = 0;
+        if (!number(h, 2) || i >= t.size() || t[i] != ':') return false;
+        ++i;
+        if (number(mi, 2) != 2 || mi > 59) return false;
+        if (i < t.size() && t[i] == ':') {
+            ++i;
+            if (number(s, 2) != 2 || s > 59) return false;
+        }
+        skipBlanks();
+        if (i < t.size()) {
+            std::string_view rest(t.c_str() + i, t.size() - i);
+            if ((rest != "AM" && rest != "PM") || h < 1 || h > 12) return false;
+            h = h % 12 + (rest == "PM" ? 12 : 0);
+            i = t.size();
+        }
+        if (h > 23) return false;
+        seconds = h * 3600 + mi * 60 + s;
+        any = true;
+    }
+    return any && i == t.size();
+}
 }  // namespace
 
 bool Variant::IsNumeric() const {
@@ -216,8 +357,7 @@ bool Variant::IsNumeric() const {
         case Type::Empty:
         case Type::Boolean:
         case Type::Long:
-        case Type::Double:
-        case Type::Date: return true;
+        case Type::Double: return true;
         case Type::String: return ParseNumber(s_, d);
         default: return false;
     }
@@ -230,7 +370,7 @@ std::string CStr(const Variant& v) {
         case Variant::Type::Boolean: return v.RawBool() ? "True" : "False";
         case Variant::Type::Long: return std::to_string(v.RawLong());
         case Variant::Type::Double: return NumberToText(v.RawDouble());
-        case Variant::Type::Date: return NumberToText(v.RawDouble());
+        case Variant::Type::Date: return DateToText(v.RawDouble());
         case Variant::Type::String: return v.RawString();
         case Variant::Type::Error: return "Error " + std::to_string(v.ErrorCode());
     }
@@ -291,6 +431,13 @@ bool operator==(const Variant& a, const Variant& b) {
         const Variant& s = a.type() == T::String ? a : b;
         const Variant& o = a.type() == T::String ? b : a;
         if (o.IsEmpty()) return s.RawString().empty();
+        // Against a Date the text is read as a date, not as a number.
+        if (o.type() == T::Date) {
+            long long days, seconds, textDays, textSeconds;
+            if (!ParseDateText(s.RawString(), textDays, textSeconds)) return false;
+            SplitSerial(o.RawDouble(), days, seconds);
+            return days == textDays && seconds == textSeconds;
+        }
         double d;
         if (!ParseNumber(s.RawString(), d)) return false;
         return d == CDbl(o);

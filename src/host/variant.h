@@ -29,7 +29,8 @@ public:
     bool IsEmpty() const { return type_ == Type::Empty; }
     bool IsNull() const { return type_ == Type::Null; }
     bool IsError() const { return type_ == Type::Error; }
-    bool IsNumeric() const;  // as the run-time's IsNumeric: numbers, Booleans, Empty, numeric text
+    // As the run-time's IsNumeric: numbers, Booleans, Empty, numeric text; a Date is no number.
+    bool IsNumeric() const;
     bool IsString() const { return type_ == Type::String; }
 
     // Raw access without conversion (the caller checked type()).
@@ -39,7 +40,8 @@ public:
     const std::string& RawString() const { return s_; }
     long ErrorCode() const { return l_; }
 
-    // Equality as the run-time's "=" between two values of compatible kinds; texts case-sensitive.
+    // Equality as the run-time's "=" between two values of compatible kinds; texts case-sensitive,
+    // a text against a Date read as a date.
     friend bool operator==(const Variant& a, const Variant& b);
 
 private:
@@ -51,11 +53,12 @@ private:
 };
 
 // Conversions; a failure raises "Type mismatch" (13), a Null "Invalid use of Null" (94).
-std::string CStr(const Variant& v);
-double CDbl(const Variant& v);
+std::string CStr(const Variant& v);  // a Date as its short date (m/d/yyyy) and long time, in English
+double CDbl(const Variant& v);       // a Date as its serial number
 long CLng(const Variant& v);  // rounds half to even, "Overflow" (6) outside 32 bits
 bool CBool(const Variant& v);
-// The longest numeric prefix with the point as decimal sign; 0 for none. Never raises.
+// The longest numeric prefix with the point as decimal sign; 0 for none. &H and &O read hex and
+// octal, typed as the run-time types such literals (&HFFFF is -1). Never raises.
 double Val(std::string_view text);
 // A number as the run-time writes it: up to 15 significant digits, no trailing zeros.
 std::string NumberToText(double value);

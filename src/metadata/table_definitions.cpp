@@ -57,10 +57,11 @@ dom::DocumentRef PSFunctions::GetTableDefinitionAsXML(const std::string& sTableR
         long lTop = oRange->Row();
         long lLeft = oRange->Column();
         long lHeight = oRange->Rows()->Count();
-        host::Variant vTitle = oRange->Cells(1, 1)->Value();
-        // An error value doesn't become text by assignment.
-        if (vTitle.IsError()) host::Raise(host::err::TypeMismatch);
-        std::string sTitle = host::CStr(vTitle);
+        auto oTitleCell = oRange->Cells(1, 1);
+        // An error value doesn't become a title, as it doesn't become text by assignment.
+        if (oTitleCell->Value().IsError()) host::Raise(host::err::TypeMismatch);
+        // The title as the sheet shows it: a date is named as the user sees it, not by its serial.
+        std::string sTitle = oTitleCell->Text();
         if (sTitle.empty()) sTitle = "[no title]";
         // The header alone takes three rows.
         if (lHeight < 3) return nullptr;

@@ -134,6 +134,21 @@ TEST(Sheets, CreateFindAndHideSheetsSurviveASavedWorkbook) {
     EXPECT_TRUE(w.cf.SheetIsVisible(1L));
 }
 
+TEST(Sheets, AWorkbookThatRefusesNewSheetsGetsTheMetadataSheetsOwnMessage) {
+    World w;
+    w.c.oWorkbook->Protect({}, true);
+    w.SaveAndReopen("common_protected");
+    ASSERT_TRUE(w.c.oWorkbook->ProtectStructure());
+    EXPECT_FALSE(w.cf.CreateSheet("VEX_ChartDefinitions", 1, host::xlSheetVeryHidden));
+    EXPECT_FALSE(w.cf.CreateSheet("Charts", 0, host::xlSheetVisible));
+    EXPECT_EQ(w.c.oWorkbook->Sheets()->Count(), 1);
+    EXPECT_TRUE(w.app->DisplayAlerts());
+    EXPECT_TRUE(w.dialogs.messages.empty()) << "the caller words the failure";
+
+    w.f.RetrieveChartDefinitions();
+    EXPECT_EQ(w.dialogs.Texts(), (std::vector<std::string>{"Unable to create the metadata worksheet"}));
+}
+
 TEST(Sheets, RowsAndCellValues) {
     World w;
     auto sheet = w.Sheet("Sheet1");
@@ -141,12 +156,18 @@ TEST(Sheets, RowsAndCellValues) {
     sheet->Cells(2, 1)->SetValue(1234.5);
     sheet->Cells(2, 1)->SetNumberFormat("#,##0.00");
     sheet->Cells(3, 1)->SetValue(Variant::CellError(host::xlErrDiv0));
+    sheet->Cells(4, 1)->SetValue(Variant::Date(45382));
+    sheet->Cells(4, 1)->SetNumberFormat("mmm yyyy");
 
     EXPECT_EQ(host::CStr(w.cf.GetCellValue(sheet, 2, 1, 0)), "1,234.50");
     EXPECT_EQ(host::CDbl(w.cf.GetCellValue(sheet, 2, 1, 1)), 1234.5);
     EXPECT_EQ(host::CStr(w.cf.GetCellValue(sheet, 2, 1, 2)), "1234.5");
     EXPECT_EQ(host::CDbl(w.cf.GetCellValue(sheet, 1, 1, 1)), 0.0) << "text in kind 1 gives 0";
     EXPECT_EQ(host::CStr(w.cf.GetCellValue(sheet, 3, 1, 2)), "") << "a cell error fails the conversion";
+    // A date reads as shown, as its serial, and as its short date.
+    EXPECT_EQ(host::CStr(w.cf.GetCellValue(sheet, 4, 1, 0)), "Mar 2024");
+    EXPECT_EQ(host::CDbl(w.cf.GetCellValue(sheet, 4, 1, 1)), 45382.0);
+    EXPECT_EQ(host::CStr(w.cf.GetCellValue(sheet, 4, 1, 2)), "3/31/2024");
     EXPECT_TRUE(w.cf.GetCellValue(sheet, 1, 1, 7).IsEmpty());
     EXPECT_TRUE(w.cf.GetCellValue(sheet, 0, 1, 7).IsNull());
     EXPECT_TRUE(w.dialogs.messages.empty());

@@ -111,6 +111,46 @@ TEST(Discovery, ColumnClassification) {
                                                "number-column:Empty"}));
 }
 
+TEST(Discovery, DatesMakeLabelColumnsAndADateTitleReadsAsShown) {
+    World w;
+    auto s = w.Sheet("Sheet1");
+    auto date = [&](long row, long col, double serial, const char* format) {
+        s->Cells(row, col)->SetValue(Variant::Date(serial));
+        s->Cells(row, col)->SetNumberFormat(format);
+    };
+    date(1, 1, 45382, "mmm yyyy");
+    w.Row(s, 3, 1, {"Month", "Units", "Mixed", "Time"});
+    for (long r = 4; r <= 6; ++r) {
+        date(r, 1, 45322 + 30.0 * (r - 4), "mmm yyyy");
+        w.Row(s, r, 2, {10.0 * r, 1.0 * r});
+        date(r, 4, 0.25 * (r - 3), "h:mm");
+    }
+    date(5, 3, 45322, "d/m/yyyy");  // one date among numbers
+    w.Name("VEX_TableRangeMonths", "=Sheet1!$A$1:$D$6");
+    auto data = w.AddSheet("Data1");
+    w.Row(data, 1, 1, {"Day", "Units"});
+    data->Cells(2, 1)->SetValue(Variant::Date(45383));  // the engine gives it the default date format
+    w.Row(data, 2, 2, {5.0});
+    w.SaveAndReopen("discovery_dates");
+
+    w.f.RetrieveTableDefinitions();
+    EXPECT_TRUE(w.dialogs.messages.empty()) << w.dialogs.Texts()[0];
+    ASSERT_EQ(w.c.colTables->Count(), 2);
+    EXPECT_EQ(World::Xml(w.c.colTables->Item("VEX_TableRangeMonths")),
+              "<table id=\"VEX_TableRangeMonths\" name=\"Mar 2024\" table-worksheet=\"Sheet1\" table-top-row=\"1\" "
+              "table-left-column=\"1\" table-height=\"6\" header-row-count=\"3\" label-column-count=\"3\" "
+              "number-column-count=\"1\" is-bucket-candidate=\"yes\" bucket-name-column=\"Month\" "
+              "bucket-value-column=\"Units\">"
+              "<label-column name=\"Month\" worksheet-column-number=\"1\"/>"
+              "<number-column name=\"Units\" worksheet-column-number=\"2\"/>"
+              "<label-column name=\"Mixed\" worksheet-column-number=\"3\"/>"
+              "<label-column name=\"Time\" worksheet-column-number=\"4\"/>"
+              "</table>");
+    auto d = w.c.colTables->Item("Data1")->documentElement();
+    EXPECT_EQ(d.selectSingleNode("*[1]").nodeName(), "label-column");
+    EXPECT_EQ(d.selectSingleNode("*[2]").nodeName(), "number-column");
+}
+
 TEST(Discovery, BucketCandidacyNeedsALabelColumnThenANumberColumnWithHeadings) {
     struct Case {
         std::vector<Variant> headings, data;
