@@ -554,6 +554,132 @@ int Define(const host::Ref<xlsx::EngineApplication>& engine, const std::string& 
     return 2;
 }
 
+// ---------------------------------------------------------------- refresh-table and rename-columns
+
+// The table a command names, taken as define takes it: by id or by name, without regard to case,
+// an exact id first. Answers the id as the workbook spells it, which the component compares exactly.
+std::string TableID(ps::Component& c, const std::string& wanted, const std::string& bookPath) {
+    for (auto& doc : *c.colTables)
+        if (Attr(doc->documentElement(), "id") == wanted) return wanted;
+    std::string known;
+    for (auto& doc : *c.colTables) {
+        auto t = doc->documentElement();
+        if (SameText(Attr(t, "id"), wanted) || SameText(Attr(t, "name"), wanted)) return Attr(t, "id");
+        known += fmt::format("{}{} (\"{}\")", known.empty() ? "" : ", ", Attr(t, "id"), Attr(t, "name"));
+    }
+    throw BadInput(
+        fmt::format("'{}' has no table '{}'; its tables: {}", bookPath, wanted, known.empty() ? "none" : known));
+}
+
+// The component as the operation will find it: tables, and with charts the chart definitions, loaded.
+ps::Component& Loaded(ps::CPlotsmithController& e, const host::Ref<xlsx::EngineApplication>& app, bool charts) {
+    auto& c = e.component();
+    c.oApplication = app;
+    c.oWorkbook = app->ActiveWorkbook();
+    c.functions->RetrieveTableDefinitions();
+    if (charts) c.functions->RetrieveChartDefinitions();
+    return c;
+}
+
+struct Rename {
+    std::string from, to;
+};
+
+// OLD=NEW arguments. Neither name may be empty: charts over a column without a name would stay
+// unavailable, with no rename back.
+std::vector<Rename> ParseRenames(const std::vector<std::string>& args) {
+    std::vector<Rename> renames;
+    for (auto& r : args) {
+        auto eq = r.find('=');
+        if (eq == std::string::npos || eq == 0 || eq + 1 == r.size())
+            throw BadInput(fmt::format("a rename is OLD=NEW, not '{}'", r));
+        renames.push_back({r.substr(0, eq), r.substr(eq + 1)});
+    }
+    return renames;
+}
+
+// The renames of one command are one edit of the table's header row and take effect all at once:
+// Region=Product Product=Region swaps the two, A=B B=C shifts them. That is what a user who renamed
+// several headers writes. The component applies renames in order, each seeing the ones before
+// (the swap would merge both into Region), so when a rename takes a name another one gives up,
+// every rename goes through a name of its own first.
+// A rename may not give a column's charts the name of a column that stays: they would silently
+// turn onto it. Column names compare without regard to case, as the pages and the validation do.
+void RenameColumns(ps::CPlotsmithController& e, const host::Ref<xlsx::EngineApplication>& app,
+                   const std::string& bookPath, const std::string& table, std::vector<Rename> renames) {
+    auto& c = Loaded(e, app, true);
+    std::string id = TableID(c, table, bookPath);
+
+    std::vector<std::string> tableColumns, chartColumns, labels;
+    auto tableDoc = c.colTables->Item(id)->documentElement();
+    for (auto* kind : {"label-column", "number-column"})
+        for (auto col : tableDoc.selectNodes(kind)) tableColumns.push_back(Attr(col, "name"));
+    for (auto& doc : *c.colCharts) {
+        if (Attr(doc->documentElement(), "table-id") != id) continue;
+        for (auto col : doc->selectNodes("//column")) chartColumns.push_back(Attr(col, "name"));
+        for (auto axis : doc->selectNodes("//axis")) labels.push_back(Attr(axis, "label"));
+    }
+    auto holds = [](const std::vector<std::string>& list, const std::string& name) {
+        return std::any_of(list.begin(), list.end(), [&](const std::string& n) { return SameText(n, name); });
+    };
+    // The component renames exact names only: an old name in another case takes the charts' spelling.
+    for (auto& r : renames) {
+        auto spelt = std::find_if(chartColumns.begin(), chartColumns.end(), [&](auto& n) { return SameText(n, r.from); });
+        if (spelt != chartColumns.end() && std::count(chartColumns.begin(), chartColumns.end(), r.from) == 0) r.from = *spelt;
+    }
+    std::vector<std::string> renamedAway, unused;
+    for (auto& r : renames)
+        if (!SameText(r.from, r.to)) renamedAway.push_back(r.from);
+    for (size_t i = 0; i < renames.size(); ++i) {
+        const auto& r = renames[i];
+        for (size_t j = 0; j < i; ++j) {
+            if (SameText(renames[j].from, r.from)) throw BadInput(fmt::format("column '{}' is renamed twice", r.from));
+            if (SameText(renames[j].to, r.to))
+                throw BadInput(fmt::format("'{}' and '{}' would both be named '{}'", renames[j].from, r.from, r.to));
+        }
+        if (!holds(chartColumns, r.from)) {
+            unused.push_back(r.from);
+            continue;
+        }
+        // Another column: one the charts use beside the renamed one, or one of the table's while
+        // the renamed heading still stands beside it. A header edited before the rename is the
+        // renamed column itself.
+        if (SameText(r.from, r.to) || holds(renamedAway, r.to)) continue;
+        if (holds(chartColumns, r.to) || (holds(tableColumns, r.from) && holds(tableColumns, r.to)))
+            throw BadInput(fmt::format("table '{}' already has a column '{}'; renaming '{}' to it would turn charts "
+                                       "onto that column",
+                                       id, r.to, r.from));
+    }
+    for (auto& name : unused)
+        std::fprintf(stderr, "plotsmith: no chart of table '%s' uses a column '%s'\n", id.c_str(), name.c_str());
+
+    std::vector<std::string> olds, news;
+    auto givenUp = [&](const Rename& r) {
+        return std::any_of(renames.begin(), renames.end(), [&](const Rename& o) { return o.from == r.to; });
+    };
+    bool chained =
+        std::any_of(renames.begin(), renames.end(), [&](const Rename& r) { return r.to != r.from && givenUp(r); });
+    std::vector<std::string> taken = labels;
+    taken.insert(taken.end(), chartColumns.begin(), chartColumns.end());
+    taken.insert(taken.end(), tableColumns.begin(), tableColumns.end());
+    for (auto& r : renames) {
+        olds.push_back(r.from);
+        if (!chained) {
+            news.push_back(r.to);
+            continue;
+        }
+        std::string via = "~" + r.to + "~";
+        while (holds(taken, via)) via += "~";
+        taken.push_back(via);
+        news.push_back(via);
+    }
+    for (size_t i = 0; chained && i < renames.size(); ++i) {
+        olds.push_back(news[i]);
+        news.push_back(renames[i].to);
+    }
+    e.UpdateChartColumnNamesForTable(app, id, olds, news);
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -587,14 +713,17 @@ int main(int argc, char** argv) {
     std::string table;
     auto* refreshTable = app.add_subcommand("refresh-table", "Rebuild the charts of one table and save the workbook");
     refreshTable->add_option("BOOK", book, "Workbook (.xlsx or .xlsm)")->required();
-    refreshTable->add_option("TABLE", table, "Table id: a VEX_TableRange or VEX_SB name, or a sheet Data1 to Data5")
+    refreshTable->add_option("TABLE", table,
+                             "Table: its id (a VEX_TableRange or VEX_SB name, or a sheet Data1 to Data5) or its name, "
+                             "as list shows them")
         ->required();
 
     std::vector<std::string> renames;
     auto* renameColumns = app.add_subcommand("rename-columns", "Carry renamed columns of a table into its chart definitions");
     renameColumns->add_option("BOOK", book, "Workbook (.xlsx or .xlsm)")->required();
-    renameColumns->add_option("TABLE", table, "Table id")->required();
-    renameColumns->add_option("OLD=NEW", renames, "Column renames")->required();
+    renameColumns->add_option("TABLE", table, "Table: its id or name, as list shows them")->required();
+    renameColumns->add_option("OLD=NEW", renames, "Column renames, taking effect all at once (A=B B=A swaps)")
+        ->required();
 
     std::string definition, sheet, chart;
     bool newSheet = false;
@@ -681,21 +810,14 @@ int main(int argc, char** argv) {
         if (refresh->parsed())
             return RunOperation(*engine, book, [&](ps::CPlotsmithController& e) { e.RefreshPlotsmithData(engine, appName, {}); });
         if (refreshTable->parsed())
-            return RunOperation(*engine, book, [&](ps::CPlotsmithController& e) { e.RefreshChartsForTable(engine, table); });
-        if (renameColumns->parsed()) {
-            std::vector<std::string> olds, news;
-            for (auto& r : renames) {
-                auto eq = r.find('=');
-                if (eq == std::string::npos || eq == 0) {
-                    std::fprintf(stderr, "plotsmith: a rename is OLD=NEW, not '%s'\n", r.c_str());
-                    return 2;
-                }
-                olds.push_back(r.substr(0, eq));
-                news.push_back(r.substr(eq + 1));
-            }
             return RunOperation(*engine, book, [&](ps::CPlotsmithController& e) {
-                e.UpdateChartColumnNamesForTable(engine, table, olds, news);
+                std::string id = TableID(Loaded(e, engine, false), table, book);
+                e.RefreshChartsForTable(engine, id);
             });
+        if (renameColumns->parsed()) {
+            auto parsed = ParseRenames(renames);
+            return RunOperation(*engine, book,
+                                [&](ps::CPlotsmithController& e) { RenameColumns(e, engine, book, table, parsed); });
         }
     } catch (const BadInput& e) {
         std::fprintf(stderr, "plotsmith: %s\n", e.what());

@@ -78,6 +78,8 @@ void CPlotsmithController::RefreshChartsForTable(host::Ref<host::Application> oA
     try {
         SetHostContext(oApplication, "");
         if (!c.oWorkbook) c.oWorkbook = Obj(oApplication).ActiveWorkbook();
+        // A refresh, as the refresh of all charts is: what the user gave the plot area stays.
+        c.lMethodType = mtRefresh;
         c.builder->PopulateModifiedCharts(sTableRangeName);
     } catch (const std::exception&) {
         c.common->ReportError("CPlotsmithController.RefreshChartsForTable");

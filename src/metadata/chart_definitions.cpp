@@ -100,6 +100,32 @@ void PSFunctions::CreateEmptyChart(const std::string& sSheetName, const std::str
     }
 }
 
+namespace {
+
+// The chart still shows the old column name on an axis whose label followed the rename. Left so,
+// the read-back at the next load would take that title for one the user typed and make it sticky,
+// and the rebuild would bring the old name back. A title the user typed was made sticky at the
+// load and kept its label, so it is not touched.
+void CarryAxisTitles(Component& c, const std::string& sChartID, const dom::DocumentRef& oDoc,
+                     const std::vector<std::string>& aLabelsBefore) {
+    auto& cf = *c.common;
+    if (!c.colChartObjects || !CommonFunctions::CollectionHasKey(sChartID, c.colChartObjects)) return;
+    auto oChart = c.colChartObjects->Item(sChartID);
+    size_t i = 0;
+    for (auto oAxis : oDoc->selectNodes("//axis")) {
+        const std::string& sBefore = aLabelsBefore.at(i++);
+        std::string sLabel = cf.GetAttributeText(oAxis, "label");
+        if (sLabel == sBefore) continue;
+        long lAxisType = cf.GetAttributeText(oAxis, "type") == "label" ? host::xlCategory : host::xlValue;
+        if (!host::CBool(Obj(oChart).HasAxis(lAxisType, host::xlPrimary))) continue;
+        auto oTitleAxis = oChart->Axes(lAxisType, host::xlPrimary);
+        if (oTitleAxis->HasTitle() && oTitleAxis->AxisTitle()->Text() == sBefore)
+            oTitleAxis->AxisTitle()->SetText(sLabel);
+    }
+}
+
+}  // namespace
+
 void PSFunctions::UpdateChartColumnNames(const std::string& sTableRangeName, std::vector<std::string>& aOldColumnNames,
                                          std::vector<std::string>& aNewColumnNames) {
     try {
@@ -115,6 +141,9 @@ void PSFunctions::UpdateChartColumnNames(const std::string& sTableRangeName, std
             auto oChart = Obj(oDoc).selectSingleNode("chart");
             if (cf.GetAttributeText(oChart, "table-id") == sTableRangeName) {
                 auto oColumns = oDoc->selectNodes("//column");
+                std::vector<std::string> aLabelsBefore;
+                for (auto oAxis : oDoc->selectNodes("//axis"))
+                    aLabelsBefore.push_back(cf.GetAttributeText(oAxis, "label"));
                 // Renames apply in order and each sees the ones before: A to B then B to C makes A
                 // into C. Axes are looked at per column, so a document without columns keeps them.
                 for (size_t i = 0; i < aOldColumnNames.size(); ++i) {
@@ -130,6 +159,7 @@ void PSFunctions::UpdateChartColumnNames(const std::string& sTableRangeName, std
                         }
                     }
                 }
+                CarryAxisTitles(c, cf.GetAttributeText(oChart, "id"), oDoc, aLabelsBefore);
             }
             // Every chart is saved, also those of other tables: the load may have corrected them.
             SaveChartDefinition(oDoc);

@@ -184,8 +184,10 @@ TEST(Refresh, RunsBetweenTheHostsMacrosAndPutsTheHostBack) {
     h.InstallMacros();
     h.app->NewWorkbook();
     std::string table = "VEX_TableRange9";
+    h.c.lMethodType = ps::mtNew;
     h.entry.RefreshChartsForTable(h.app, table);
     EXPECT_EQ(h.macroCalls, (std::vector<std::string>{"VEXChartRefreshStarted()", "VEXChartRefreshComplete()"}));
+    EXPECT_EQ(h.c.lMethodType, ps::mtRefresh) << "a refresh keeps what the user gave the plot area";
     EXPECT_TRUE(h.c.colTables && h.c.colCharts && h.c.oWorkbook);
     EXPECT_TRUE(h.app->ScreenUpdating());
     EXPECT_TRUE(h.dialogs.messages.empty());
