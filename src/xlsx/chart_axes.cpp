@@ -36,7 +36,8 @@ pugi::xml_node Node(ChartDoc& doc, long type, long group) {
 double Num(pugi::xml_node parent, std::string_view local) { return std::atof(Val(parent, local, "0").c_str()); }
 
 // The number format of the cells an axis shows, as the first series on it caches it: what a
-// linked axis displays. Empty when no series holds numbers there.
+// linked axis displays. Empty when no series holds numbers there. A 100 % stacked group's value
+// axis shows shares, whatever the cells hold, and the application writes "0%" there.
 std::string SourceFormat(ChartDoc& doc, pugi::xml_node axis) {
     long id = std::stol(Val(axis, "axId", "0"));
     bool horizontal = Val(axis, "axPos") == "b" || Val(axis, "axPos") == "t";
@@ -44,6 +45,7 @@ std::string SourceFormat(ChartDoc& doc, pugi::xml_node axis) {
         bool onAxis = false;
         for (auto a : ChildrenL(g, "axId")) onAxis = onAxis || a.attribute("val").as_llong() == id;
         if (!onAxis) continue;
+        if (LocalName(axis) == "valAx" && Val(g, "grouping") == "percentStacked") return "0%";
         for (auto ser : ChildrenL(g, "ser")) {
             const char* data = LocalName(axis) == "catAx" || LocalName(axis) == "dateAx" ? "cat"
                                : Kid(ser, "val")                                      ? "val"
@@ -448,6 +450,16 @@ private:
 };
 
 }  // namespace
+
+void RelinkAxisFormats(ChartDoc& doc) {
+    for (auto ax : doc.PlotArea(false).children()) {
+        if (!IsAxis(LocalName(ax))) continue;
+        auto nf = Kid(ax, "numFmt");
+        if (!nf || !nf.attribute("sourceLinked").as_bool()) continue;
+        std::string code = SourceFormat(doc, ax);
+        if (!code.empty()) nf.attribute("formatCode") = code.c_str();
+    }
+}
 
 pugi::xml_node FindAxis(ChartDoc& doc, long type, long group) { return Node(doc, type, group); }
 

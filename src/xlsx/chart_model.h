@@ -71,6 +71,8 @@ void SetPlotChartType(ChartDoc& doc, long type);
 void SetSeriesChartType(ChartDoc& doc, pugi::xml_node ser, long type);
 void ConformSeriesTo(ChartDoc& doc, pugi::xml_node ser, long type);  // the children the group's family allows
 void FixLabelPositions(pugi::xml_node group);  // drops label positions the family refuses
+// Linked axes carry the format they display, which a new type can change (100 % stacking).
+void RelinkAxisFormats(ChartDoc& doc);
 
 // An element of the chart that holds shape properties (c:spPr) or text properties (c:txPr):
 // node(edit) finds it (made when edit and absent), order is its content model.

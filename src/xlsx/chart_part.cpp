@@ -932,6 +932,7 @@ void SetPlotChartType(ChartDoc& doc, long type) {
     for (auto old : groups) pa.remove_child(old);
     FixLabelPositions(g);
     Set3DView(doc, typeSpec);
+    RelinkAxisFormats(doc);
 }
 
 void ConformSeriesTo(ChartDoc& doc, pugi::xml_node ser, long type) {

@@ -657,6 +657,35 @@ std::string PartText(const ts::fs::path& xlsxPath, const std::string& part) {
     return out.str();
 }
 
+// A linked value axis carries the format it displays: the cells' on a stacked chart, "0%" once
+// stacking to 100 % makes it show shares (LibreOffice shows the code and read 0 to 1 before).
+TEST(ChartBuild, ALinkedValueAxisOfA100PercentChartShowsPercent) {
+    auto dir = ts::ScratchDir("percent-axis");
+    auto app = xlsx::NewApplication();
+    auto wb = app->NewWorkbook();
+    auto ws = FillBlock(wb);
+    ws->Range("C6:D9")->SetNumberFormat("#,##0");
+    auto c = ws->ChartObjects()->Add(10, 150, 360, 220)->Chart();
+    for (const char* col : {"C", "D"})
+        c->SeriesCollection()->NewSeries()->SetValues(Variant(std::string("=Sheet1!$") + col + "$6:$" + col + "$9"));
+    c->Axes(xlValue)->TickLabels()->SetNumberFormatLinked(true);
+    auto valueAxisFormat = [&](const std::string& name) {
+        wb->SaveAs((dir / name).string());
+        std::string part = PartText(dir / name, "xl/charts/chart1.xml");
+        auto at = part.find("<c:numFmt", part.find("<c:valAx>"));
+        std::string element = part.substr(at, part.find("/>", at) - at);
+        while (!element.empty() && element.back() == ' ') element.pop_back();
+        return element;
+    };
+    c->SetChartType(xlColumnStacked);
+    EXPECT_EQ(valueAxisFormat("stacked.xlsx"), "<c:numFmt formatCode=\"#,##0\" sourceLinked=\"1\"");
+    c->SetChartType(xlColumnStacked100);
+    EXPECT_EQ(valueAxisFormat("stacked100.xlsx"), "<c:numFmt formatCode=\"0%\" sourceLinked=\"1\"");
+    EXPECT_TRUE(c->Axes(xlValue)->TickLabels()->NumberFormatLinked());
+    c->SetChartType(xlColumnStacked);
+    EXPECT_EQ(valueAxisFormat("stacked-again.xlsx"), "<c:numFmt formatCode=\"#,##0\" sourceLinked=\"1\"");
+}
+
 // AutoScaleFont has no element in the file: a False lives in an extension of the element that
 // owns the text, True (the default) leaves no trace.
 TEST(ChartBuild, AutoScaleFontReadsTrueAndKeepsAFalseThroughSaving) {
