@@ -729,6 +729,12 @@ void PaintSeries(pugi::xml_node ser, const TypeSpec& typeSpec, ChartDoc& doc, pu
         Solid(doc, ln, kLnOrder, rgb);
         return;
     }
+    // The width and caps a line series was given as its line are no outline for a column or an
+    // area: a series that leaves the line family gets the thin default outline again.
+    if (ln && std::string_view(ln.attribute("w").value()) == "28575" && std::string_view(ln.attribute("cap").value()) == "rnd") {
+        ln.remove_attribute("w");
+        ln.remove_attribute("cap");
+    }
     if (fill) return;
     long rgb = ln && Kid(ln, "solidFill") ? ColorOf(doc, Kid(ln, "solidFill"), SeriesAutoColor(doc, idx))
                                              : SeriesAutoColor(doc, idx);

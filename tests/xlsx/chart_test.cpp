@@ -658,8 +658,9 @@ std::string PartText(const ts::fs::path& xlsxPath, const std::string& part) {
 }
 
 // A linked value axis carries the format it displays: the cells' on a stacked chart, "0%" once
-// stacking to 100 % makes it show shares (LibreOffice shows the code and read 0 to 1 before).
-TEST(ChartBuild, ALinkedValueAxisOfA100PercentChartShowsPercent) {
+// stacking to 100 % makes it show shares (LibreOffice shows the code and read 0 to 1 before). A
+// series leaving the line family leaves its line's width behind.
+TEST(ChartBuild, TypeChangesLeaveTheAxisFormatAndOutlinesTheNewTypeShows) {
     auto dir = ts::ScratchDir("percent-axis");
     auto app = xlsx::NewApplication();
     auto wb = app->NewWorkbook();
@@ -684,6 +685,13 @@ TEST(ChartBuild, ALinkedValueAxisOfA100PercentChartShowsPercent) {
     EXPECT_TRUE(c->Axes(xlValue)->TickLabels()->NumberFormatLinked());
     c->SetChartType(xlColumnStacked);
     EXPECT_EQ(valueAxisFormat("stacked-again.xlsx"), "<c:numFmt formatCode=\"#,##0\" sourceLinked=\"1\"");
+
+    // A series that was a line keeps no 2.25 pt line as the outline of its blocks.
+    c->SetChartType(xlLineMarkers);
+    c->SeriesCollection()->Item(1L)->SetChartType(xlColumnStacked);
+    c->SeriesCollection()->Item(2L)->SetChartType(xlColumnStacked);
+    wb->SaveAs((dir / "from-line.xlsx").string());
+    EXPECT_EQ(PartText(dir / "from-line.xlsx", "xl/charts/chart1.xml").find("w=\"28575\""), std::string::npos);
 }
 
 // AutoScaleFont has no element in the file: a False lives in an extension of the element that
