@@ -29,7 +29,7 @@ pugi::xml_node Node(ChartDoc& doc, long type, long group) {
     auto ids = GroupAxisIds(doc, group);
     if (type < 1 || type > long(ids.size()) || ids[type - 1] == 0) return {};
     for (auto n : doc.PlotArea(false).children())
-        if (IsAxis(LocalName(n)) && std::stol(Val(n, "axId", "0")) == ids[type - 1]) return n;
+        if (IsAxis(LocalName(n)) && LongOf(Val(n, "axId", "0")) == ids[type - 1]) return n;
     return {};
 }
 
@@ -39,7 +39,7 @@ double Num(pugi::xml_node parent, std::string_view local) { return std::atof(Val
 // linked axis displays. Empty when no series holds numbers there. A 100 % stacked group's value
 // axis shows shares, whatever the cells hold, and the application writes "0%" there.
 std::string SourceFormat(ChartDoc& doc, pugi::xml_node axis) {
-    long id = std::stol(Val(axis, "axId", "0"));
+    long id = LongOf(Val(axis, "axId", "0"));
     bool horizontal = Val(axis, "axPos") == "b" || Val(axis, "axPos") == "t";
     for (auto g : Groups(doc)) {
         bool onAxis = false;
@@ -331,7 +331,7 @@ public:
     void SetMajorTickMark(long v) override { SetVal(N(true), "majorTickMark", MarkName(v), kAxOrder, d_->c); }
     long MinorTickMark() override { return Mark(Val(N(false), "minorTickMark", "cross")); }
     void SetMinorTickMark(long v) override { SetVal(N(true), "minorTickMark", MarkName(v), kAxOrder, d_->c); }
-    long TickLabelSpacing() override { return std::stol(Val(N(false), "tickLblSkip", "1")); }
+    long TickLabelSpacing() override { return LongOf(Val(N(false), "tickLblSkip", "1")); }
     void SetTickLabelSpacing(long v) override {
         if (v < 1 || v > 31999) Refuse("Unable to set the TickLabelSpacing property of the Axis class");
         SetVal(N(true), "tickLblSkip", std::to_string(v), kAxOrder, d_->c);

@@ -343,12 +343,12 @@ public:
     void SetPlotVisibleOnly(bool v) override { SetVal(d_->Chart(true), "plotVisOnly", v ? "1" : "0", kChartOrder, d_->c); }
     bool HasDataTable() override { return bool(Kid(d_->PlotArea(false), "dTable")); }
 
-    long Elevation() override { return std::stol(Val(View3D(false), "rotX", "0")); }
+    long Elevation() override { return LongOf(Val(View3D(false), "rotX", "0")); }
     void SetElevation(long v) override {
         if (v < -90 || v > 90) Refuse("Unable to set the Elevation property of the Chart class");
         SetVal(View3D(true), "rotX", std::to_string(v), kView3DOrder, d_->c);
     }
-    Variant Rotation() override { return std::stol(Val(View3D(false), "rotY", "0")); }
+    Variant Rotation() override { return LongOf(Val(View3D(false), "rotY", "0")); }
     void SetRotation(const Variant& v) override {
         long r = host::CLng(v);
         if (r < 0 || r > 360) Refuse("Unable to set the Rotation property of the Chart class");
@@ -411,7 +411,7 @@ namespace {
 
 bool SeriesExploded(pugi::xml_node group) {
     for (auto s : ChildrenL(group, "ser"))
-        if (std::stol(Val(s, "explosion", "0")) > 0) return true;
+        if (LongOf(Val(s, "explosion", "0")) > 0) return true;
     return false;
 }
 
@@ -688,7 +688,7 @@ void Solid(ChartDoc& doc, pugi::xml_node parent, const std::vector<std::string_v
 // readers without the workbook's theme draw the same: fills for areas, lines for lines, one
 // colour per slice for pies.
 void PaintSeries(pugi::xml_node ser, const TypeSpec& typeSpec, ChartDoc& doc, pugi::xml_node group) {
-    long idx = std::stol(Val(ser, "idx", "0"));
+    long idx = LongOf(Val(ser, "idx", "0"));
     bool pie = typeSpec.family == Family::Pie || typeSpec.family == Family::Pie3D || typeSpec.family == Family::Doughnut;
     bool line = typeSpec.family == Family::Line || typeSpec.family == Family::Scatter ||
                 (typeSpec.family == Family::Radar && std::string(typeSpec.style) != "filled");
@@ -697,15 +697,15 @@ void PaintSeries(pugi::xml_node ser, const TypeSpec& typeSpec, ChartDoc& doc, pu
         auto val = Kid(ser, "val");
         auto cache = Kid(Kid(val, "numRef"), "numCache");
         if (!cache) cache = Kid(val, "numLit");
-        long n = std::stol(Val(cache, "ptCount", "0"));
+        long n = LongOf(Val(cache, "ptCount", "0"));
         for (long i = 0; i < n; ++i) {
             pugi::xml_node dpt;
             for (auto d : ChildrenL(ser, "dPt"))
-                if (std::stol(Val(d, "idx", "-1")) == i) dpt = d;
+                if (LongOf(Val(d, "idx", "-1")) == i) dpt = d;
             if (!dpt) {
                 pugi::xml_node before;
                 for (auto d : ChildrenL(ser, "dPt"))
-                    if (!before && std::stol(Val(d, "idx", "-1")) > i) before = d;
+                    if (!before && LongOf(Val(d, "idx", "-1")) > i) before = d;
                 dpt = before ? ser.insert_child_before(doc.C("dPt").c_str(), before) : InsertAt(ser, "dPt", kSerOrder, doc.c);
                 SetVal(dpt, "idx", std::to_string(i), {"idx"}, doc.c);
                 SetVal(dpt, "bubble3D", "0", {"idx", "invertIfNegative", "marker", "bubble3D"}, doc.c);
@@ -817,7 +817,7 @@ std::vector<long> AxisIds(pugi::xml_node g) {
 
 pugi::xml_node AxisById(ChartDoc& doc, long id) {
     for (auto n : doc.PlotArea(false).children())
-        if (IsAxis(LocalName(n)) && std::stol(Val(n, "axId", "0")) == id) return n;
+        if (IsAxis(LocalName(n)) && LongOf(Val(n, "axId", "0")) == id) return n;
     return {};
 }
 
@@ -855,12 +855,12 @@ std::vector<long> PrepareAxes(ChartDoc& doc, const TypeSpec& typeSpec, const std
     if (LocalName(val) == "valAx" && !xy)
         SetVal(val, "crossBetween", typeSpec.family == Family::Area || typeSpec.family == Family::Area3D ? "midCat" : "between", kAxOrder, doc.c);
     if (ser) pa.remove_child(ser);
-    std::vector<long> ids = {std::stol(Val(cat, "axId")), std::stol(Val(val, "axId"))};
+    std::vector<long> ids = {LongOf(Val(cat, "axId")), LongOf(Val(val, "axId"))};
     // other axes (a secondary pair) go with the groups that used them
     std::vector<pugi::xml_node> extra;
     for (auto n : pa.children()) {
         if (!IsAxis(LocalName(n))) continue;
-        long id = std::stol(Val(n, "axId", "0"));
+        long id = LongOf(Val(n, "axId", "0"));
         if (id != ids[0] && id != ids[1]) extra.push_back(n);
     }
     for (auto n : extra) pa.remove_child(n);
@@ -923,7 +923,7 @@ void SetPlotChartType(ChartDoc& doc, long type) {
         for (auto s : ChildrenL(g, "ser")) series.push_back(s);
     }
     std::stable_sort(series.begin(), series.end(), [](pugi::xml_node x, pugi::xml_node y) {
-        return std::stol(Val(x, "order", "0")) < std::stol(Val(y, "order", "0"));
+        return LongOf(Val(x, "order", "0")) < LongOf(Val(y, "order", "0"));
     });
     pugi::xml_node dLbls;
     if (!groups.empty()) dLbls = Kid(groups[0], "dLbls");

@@ -18,8 +18,8 @@ const std::vector<std::string_view> kTxOrder = {"strRef", "v"};
 const std::vector<std::string_view> kRefOrder = {"f", "numCache", "strCache", "extLst"};
 const std::vector<std::string_view> kCacheOrder = {"formatCode", "ptCount", "pt", "extLst"};
 
-long Order(pugi::xml_node ser) { return std::stol(Val(ser, "order", "0")); }
-long Idx(pugi::xml_node ser) { return std::stol(Val(ser, "idx", "0")); }
+long Order(pugi::xml_node ser) { return LongOf(Val(ser, "order", "0")); }
+long Idx(pugi::xml_node ser) { return LongOf(Val(ser, "idx", "0")); }
 
 // The value and category children of a series, whatever its family calls them.
 pugi::xml_node ValuesNode(pugi::xml_node ser) {
@@ -57,12 +57,13 @@ std::vector<Variant> CachedValues(pugi::xml_node data) {
             cache = Kid(Kid(ch, "multiLvlStrCache"), "lvl");
             numeric = false;
         } else continue;
-        long n = std::stol(Val(l == "multiLvlStrRef" ? Kid(Kid(ch, "multiLvlStrCache"), "ptCount").parent() : cache, "ptCount", "0"));
-        out.assign(std::max<long>(n, 0), Variant());
+        long n = LongOf(Val(l == "multiLvlStrRef" ? Kid(Kid(ch, "multiLvlStrCache"), "ptCount").parent() : cache, "ptCount", "0"));
+        // A cache holds the cells of one range at most: a count or index beyond a sheet's rows is damage.
+        out.assign(std::clamp<long>(n, 0, kMaxRows), Variant());
         for (auto pt : ChildrenL(cache, "pt")) {
             long i = pt.attribute("idx").as_int();
             std::string v = Kid(pt, "v").text().get();
-            if (i < 0) continue;
+            if (i < 0 || i >= kMaxRows) continue;
             if (i >= long(out.size())) out.resize(i + 1);
             out[i] = numeric ? Variant(std::atof(v.c_str())) : Variant(v);
         }
@@ -386,11 +387,11 @@ private:
     pugi::xml_node Own(bool edit) {
         auto labels = Labels(*d_, ser_, edit);
         for (auto l : ChildrenL(labels, "dLbl"))
-            if (std::stol(Val(l, "idx", "-1")) == index_ - 1) return l;
+            if (LongOf(Val(l, "idx", "-1")) == index_ - 1) return l;
         if (!edit) return {};
         pugi::xml_node before;
         for (auto l : ChildrenL(labels, "dLbl"))
-            if (!before && std::stol(Val(l, "idx", "-1")) > index_ - 1) before = l;
+            if (!before && LongOf(Val(l, "idx", "-1")) > index_ - 1) before = l;
         auto l = before ? labels.insert_child_before(d_->C("dLbl").c_str(), before) : InsertAt(labels, "dLbl", kDLblsOrder, d_->c);
         SetVal(l, "idx", std::to_string(index_ - 1), kDLblOrder, d_->c);
         for (const char* f : {"dLblPos", "showLegendKey", "showVal", "showCatName", "showSerName", "showPercent", "showBubbleSize"}) {
@@ -602,7 +603,7 @@ public:
         if (!sym) Refuse(std::string("Unable to set the MarkerStyle property of the ") + cls_ + " class");
         SetVal(Edit("MarkerStyle"), "symbol", sym, kMarkerOrder, d_->c);
     }
-    long Size() { return std::stol(Val(Node(), "size", "5")); }
+    long Size() { return LongOf(Val(Node(), "size", "5")); }
     void SetSize(long v) {
         if (v < 2 || v > 72) Refuse(std::string("Unable to set the MarkerSize property of the ") + cls_ + " class");
         SetVal(Edit("MarkerSize"), "size", std::to_string(v), kMarkerOrder, d_->c);
@@ -674,12 +675,12 @@ private:
 // The c:dPt of one point, made in idx order on writing.
 pugi::xml_node PointNode(ChartDoc& doc, pugi::xml_node ser, long index, bool edit) {
     for (auto p : ChildrenL(ser, "dPt"))
-        if (std::stol(Val(p, "idx", "-1")) == index - 1) return p;
+        if (LongOf(Val(p, "idx", "-1")) == index - 1) return p;
     if (!edit) return {};
     doc.Touch();
     pugi::xml_node before;
     for (auto p : ChildrenL(ser, "dPt"))
-        if (!before && std::stol(Val(p, "idx", "-1")) > index - 1) before = p;
+        if (!before && LongOf(Val(p, "idx", "-1")) > index - 1) before = p;
     auto p = before ? ser.insert_child_before(doc.C("dPt").c_str(), before) : InsertAt(ser, "dPt", kSerOrder, doc.c);
     SetVal(p, "idx", std::to_string(index - 1), kDPtOrder, doc.c);
     // bubbles of a 3-D set stay 3-D point by point
@@ -695,7 +696,7 @@ public:
         auto labels = Kid(ser_, "dLbls");
         if (!labels && Kid(ser_.parent(), "dLbls")) labels = Kid(ser_.parent(), "dLbls");
         for (auto l : ChildrenL(labels, "dLbl"))
-            if (std::stol(Val(l, "idx", "-1")) == index_ - 1) return Shows(l);
+            if (LongOf(Val(l, "idx", "-1")) == index_ - 1) return Shows(l);
         return Shows(labels);
     }
     void SetHasDataLabel(bool v) override {
@@ -710,7 +711,7 @@ public:
         // a deleted label starts again from nothing
         auto labels = Labels(*d_, ser_, true);
         for (auto l : ChildrenL(labels, "dLbl"))
-            if (std::stol(Val(l, "idx", "-1")) == index_ - 1 && Kid(l, "delete")) labels.remove_child(l);
+            if (LongOf(Val(l, "idx", "-1")) == index_ - 1 && Kid(l, "delete")) labels.remove_child(l);
         DataLabelImpl(d_, ser_, index_).SetShowValue(true);
     }
     Ref<host::DataLabel> DataLabel() override {
@@ -752,7 +753,7 @@ public:
     void SetMarkerForegroundColor(long rgb) override { M().SetColor(true, rgb, "MarkerForegroundColor"); }
     long MarkerForegroundColorIndex() override { return M().ColorIndex(true); }
     void SetMarkerForegroundColorIndex(long v) override { M().SetColorIndex(true, v, "MarkerForegroundColorIndex"); }
-    long Explosion() override { return std::stol(Val(PointNode(*d_, ser_, index_, false), "explosion", Val(ser_, "explosion", "0"))); }
+    long Explosion() override { return LongOf(Val(PointNode(*d_, ser_, index_, false), "explosion", Val(ser_, "explosion", "0"))); }
     void SetExplosion(long v) override {
         if (!IsPie(ser_.parent()) || v < 0 || v > 400) Refuse("Unable to set the Explosion property of the Point class");
         SetVal(PointNode(*d_, ser_, index_, true), "explosion", std::to_string(v), kDPtOrder, d_->c);
@@ -934,7 +935,7 @@ public:
     Ref<host::Interior> Interior() override { return MakeInterior(d_, H()); }
     Ref<host::Border> Border() override { return MakeBorder(d_, H()); }
     Ref<host::ChartFillFormat> Fill() override { return MakeFill(d_, H()); }
-    long Explosion() override { Live(); return std::stol(Val(ser_, "explosion", "0")); }
+    long Explosion() override { Live(); return LongOf(Val(ser_, "explosion", "0")); }
     void SetExplosion(long v) override {
         auto l = LocalName(ser_.parent());
         if (l != "pieChart" && l != "pie3DChart" && l != "doughnutChart" && l != "ofPieChart")
@@ -1180,14 +1181,14 @@ public:
         if (indexOrName.IsString()) return sc->Item(indexOrName.RawString());
         return sc->Item(host::CLng(indexOrName));
     }
-    long GapWidth() override { Bars("GapWidth"); return std::stol(Val(g_, "gapWidth", "150")); }
+    long GapWidth() override { Bars("GapWidth"); return LongOf(Val(g_, "gapWidth", "150")); }
     void SetGapWidth(long v) override {
         Bars("GapWidth");
         if (v < 0 || v > 500) Refuse("Unable to set the GapWidth property of the ChartGroup class");
         d_->Touch();
         SetVal(g_, "gapWidth", std::to_string(v), kGroupOrder, d_->c);
     }
-    long Overlap() override { Bars("Overlap"); return std::stol(Val(g_, "overlap", "0")); }
+    long Overlap() override { Bars("Overlap"); return LongOf(Val(g_, "overlap", "0")); }
     void SetOverlap(long v) override {
         if (LocalName(g_) != "barChart") Refuse("Unable to set the Overlap property of the ChartGroup class");
         if (v < -100 || v > 100) Refuse("Unable to set the Overlap property of the ChartGroup class");
@@ -1199,7 +1200,7 @@ public:
         d_->Touch();
         SetVal(g_, "varyColors", v ? "1" : "0", kGroupOrder, d_->c);
     }
-    long FirstSliceAngle() override { Pies("FirstSliceAngle"); return std::stol(Val(g_, "firstSliceAng", "0")); }
+    long FirstSliceAngle() override { Pies("FirstSliceAngle"); return LongOf(Val(g_, "firstSliceAng", "0")); }
     void SetFirstSliceAngle(long v) override {
         Pies("FirstSliceAngle");
         if (v < 0 || v > 360) Refuse("Unable to set the FirstSliceAngle property of the ChartGroup class");
@@ -1208,7 +1209,7 @@ public:
     }
     long DoughnutHoleSize() override {
         if (LocalName(g_) != "doughnutChart") Refuse("Unable to get the DoughnutHoleSize property of the ChartGroup class");
-        return std::stol(Val(g_, "holeSize", "50"));
+        return LongOf(Val(g_, "holeSize", "50"));
     }
     void SetDoughnutHoleSize(long v) override {
         if (LocalName(g_) != "doughnutChart" || v < 10 || v > 90)
@@ -1217,7 +1218,7 @@ public:
         SetVal(g_, "holeSize", std::to_string(v), kGroupOrder, d_->c);
     }
 
-    long BubbleScale() override { Bubbles("BubbleScale"); return std::stol(Val(g_, "bubbleScale", "100")); }
+    long BubbleScale() override { Bubbles("BubbleScale"); return LongOf(Val(g_, "bubbleScale", "100")); }
     void SetBubbleScale(long v) override {
         Bubbles("BubbleScale");
         if (v < 0 || v > 300) Refuse("Unable to set the BubbleScale property of the ChartGroup class");

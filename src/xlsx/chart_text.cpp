@@ -596,19 +596,19 @@ std::vector<long> EntryIds(ChartDoc& doc, bool all) {
             auto val = Kid(sers[0], "val");
             auto cache = Kid(Kid(val, "numRef"), "numCache");
             if (!cache) cache = Kid(val, "numLit");
-            long n = std::stol(Val(cache, "ptCount", "0"));
+            long n = LongOf(Val(cache, "ptCount", "0"));
             for (long i = 0; i < n; ++i) ids.push_back(i);
         }
     }
     if (!byPoint)
-        for (auto s : AllSeries(doc)) ids.push_back(std::stol(Val(s, "idx", "0")));
+        for (auto s : AllSeries(doc)) ids.push_back(LongOf(Val(s, "idx", "0")));
     if (all) return ids;
     auto legend = Kid(doc.Chart(false), "legend");
     std::vector<long> shown;
     for (long id : ids) {
         bool deleted = false;
         for (auto e : ChildrenL(legend, "legendEntry"))
-            if (std::stol(Val(e, "idx", "-1")) == id && BoolVal(e, "delete", false)) deleted = true;
+            if (LongOf(Val(e, "idx", "-1")) == id && BoolVal(e, "delete", false)) deleted = true;
         if (!deleted) shown.push_back(id);
     }
     return shown;
@@ -619,12 +619,12 @@ pugi::xml_node LegendNode(ChartDoc& doc, bool edit) { return Kid(doc.Chart(edit)
 pugi::xml_node EntryNode(ChartDoc& doc, long id, bool edit) {
     auto legend = LegendNode(doc, edit);
     for (auto e : ChildrenL(legend, "legendEntry"))
-        if (std::stol(Val(e, "idx", "-1")) == id) return e;
+        if (LongOf(Val(e, "idx", "-1")) == id) return e;
     if (!edit) return {};
     // entries stand in idx order after legendPos
     pugi::xml_node before;
     for (auto e : ChildrenL(legend, "legendEntry"))
-        if (!before && std::stol(Val(e, "idx", "-1")) > id) before = e;
+        if (!before && LongOf(Val(e, "idx", "-1")) > id) before = e;
     pugi::xml_node e = before ? legend.insert_child_before(doc.C("legendEntry").c_str(), before)
                               : InsertAt(legend, "legendEntry", kLegendOrder, doc.c);
     e.append_child(doc.C("idx").c_str()).append_attribute("val") = std::to_string(id).c_str();

@@ -452,7 +452,7 @@ long ThemeColorRgb(Book& book, std::string_view name) {
         auto el = ColorIn(c);
         if (LocalName(el.name()) == "sysClr")
             if (auto last = el.attribute("lastClr")) {
-                unsigned v = std::stoul(last.value(), nullptr, 16);
+                unsigned v = HexOf(last.value());
                 return Rgb((v >> 16) & 0xFF, (v >> 8) & 0xFF, v & 0xFF);
             }
         if (LocalName(el.name()) != "schemeClr") return ColorElementRgb(book, el, 0);
@@ -478,12 +478,12 @@ long ColorElementRgb(Book& book, pugi::xml_node color, long fallback) {
     auto l = LocalName(color.name());
     long rgb = fallback;
     if (l == "srgbClr") {
-        unsigned v = std::stoul(std::string(color.attribute("val").as_string("0")), nullptr, 16);
+        unsigned v = HexOf(color.attribute("val").as_string("0"));
         rgb = Rgb((v >> 16) & 0xFF, (v >> 8) & 0xFF, v & 0xFF);
     } else if (l == "sysClr") {
         std::string last = color.attribute("lastClr").value();
         if (!last.empty()) {
-            unsigned v = std::stoul(last, nullptr, 16);
+            unsigned v = HexOf(last);
             rgb = Rgb((v >> 16) & 0xFF, (v >> 8) & 0xFF, v & 0xFF);
         } else {
             rgb = std::string_view(color.attribute("val").value()) == "window" ? 0xFFFFFF : 0;

@@ -1,5 +1,7 @@
 #include "xlsx/ooxml.h"
 
+#include <limits>
+
 #include <charconv>
 #include <cstring>
 #include <iterator>
@@ -36,6 +38,17 @@ std::string RelIdOf(pugi::xml_node node) {
     for (auto a : node.attributes())
         if (std::strchr(a.name(), ':') && LocalName(a.name()) == "id") return a.value();
     return {};
+}
+
+long LongOf(std::string_view text) {
+    auto v = IntegerOf(text);
+    return v && *v >= std::numeric_limits<long>::min() && *v <= std::numeric_limits<long>::max() ? long(*v) : 0;
+}
+
+unsigned HexOf(std::string_view text) {
+    unsigned v = 0;
+    auto [end, ec] = std::from_chars(text.data(), text.data() + text.size(), v, 16);
+    return ec == std::errc{} && end == text.data() + text.size() ? v : 0;
 }
 
 std::optional<long long> IntegerOf(std::string_view text) {

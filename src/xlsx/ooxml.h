@@ -55,6 +55,11 @@ std::string RelIdOf(pugi::xml_node node);
 // The whole number a value of the schemas' integer types holds (blanks around it, a sign);
 // nullopt for anything else, or beyond the range of long long.
 std::optional<long long> IntegerOf(std::string_view text);
+// Readers of numbers that a damaged part may hold as anything: a whole number that doesn't fit a
+// long, or isn't one, reads as 0 rather than throwing out of the engine.
+long LongOf(std::string_view text);
+// An RGB value written as hex digits ("1F77B4"); 0 for anything else.
+unsigned HexOf(std::string_view text);
 
 // Renames the elements of the namespaces the engine reads, and attributes of the relationships
 // namespace, to the prefixes the engine reads and writes them with: none for SpreadsheetML and the

@@ -200,7 +200,9 @@ bool ParseArea(std::string_view text, long& r1, long& c1, long& r2, long& c2) {
         return true;
     }
     if (colon == std::string_view::npos) return false;
-    auto allDigits = [](const std::string& s) { return !s.empty() && s.find_first_not_of("0123456789") == std::string::npos; };
+    auto allDigits = [](const std::string& s) {
+        return !s.empty() && s.size() < 10 && s.find_first_not_of("0123456789") == std::string::npos;
+    };
     if (allDigits(sa) && allDigits(sb)) {
         r1 = std::stol(sa), r2 = std::stol(sb), c1 = 1, c2 = kMaxCols;
         return r1 >= 1 && r2 >= 1 && r1 <= kMaxRows && r2 <= kMaxRows;
