@@ -311,7 +311,7 @@ private:
     Part& Need(std::string_view name) const;
     Part& Add(std::string_view name);
     pugi::xml_document& Doc(Part& p);
-    std::string Invalid(const std::string& why) const;
+    std::string Invalid(const std::string& why) const override;
 
     // Content types.
     pugi::xml_node Types() { return Doc(Need(kContentTypesPart)).document_element(); }

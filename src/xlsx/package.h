@@ -102,6 +102,8 @@ public:
     // path as it was and throws PackageError; so does a file at the path Open read that was
     // replaced or modified since. Temporary files of this path left by killed saves are removed.
     virtual void Save(const std::string& path) = 0;
+    // The one line that says the package is damaged, naming the file as it was given to Open.
+    virtual std::string Invalid(const std::string& why) const = 0;
 };
 
 // How edited XML parts are written: the declaration the application writes and CR LF, then

@@ -61,7 +61,7 @@ Book::Book(AppImpl& app, std::unique_ptr<Package> pkg, std::string path)
         if (r.type == rel::kOfficeDocument || r.type == rel::kOfficeDocumentStrict)
             wbPart_ = Package::ResolveTarget("", r.target);
     if (wbPart_.empty() || !pkg_->Has(wbPart_))
-        throw PackageError("'" + path_ + "' is not a valid workbook package: it has no workbook part");
+        throw PackageError(pkg_->Invalid("it has no workbook part"));
     ExpectRoot(wbPart_, "workbook");
     LoadSheets();
     Verify();
@@ -70,8 +70,7 @@ Book::Book(AppImpl& app, std::unique_ptr<Package> pkg, std::string path)
 // ---------------------------------------------------------------- verifying
 
 void Book::Damaged(std::string_view part, const std::string& what) const {
-    throw PackageError((path_.empty() ? std::string("the new workbook") : "'" + path_ + "'") +
-                       " is not a valid workbook package: part '" + std::string(part) + "' " + what);
+    throw PackageError(pkg_->Invalid("part '" + std::string(part) + "' " + what));
 }
 
 const pugi::xml_document& Book::ExpectRoot(const std::string& part, const char* name) {
