@@ -100,10 +100,8 @@ host::Ref<host::Shape> PSFunctions::FindLostComment(const std::string& sChartID,
         if (auto oText = oNode.firstChild()) sComment = WithoutBreaks(host::CStr(oText.nodeValue()));
     if (sComment.empty()) return nullptr;
 
+    auto oChartShape = FindChartShape(sChartID, sSheetName);
     auto oShapes = Obj(c.oWorkbook).Worksheets()->Item(sSheetName)->Shapes();
-    host::Ref<host::Shape> oChartShape;
-    for (auto& oShape : host::Each(*oShapes))
-        if (oShape->Type() == host::msoChart && oShape->AlternativeText() == sChartID) oChartShape = oShape;
     for (auto& oShape : host::Each(*oShapes)) {
         // Some writers keep the box as a rectangle with text, no longer marked as a text box.
         long lType = oShape->Type();

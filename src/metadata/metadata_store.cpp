@@ -90,7 +90,8 @@ bool PSFunctions::LoadChartDefinitionRow(const std::string& sText) {
     oChart.setAttribute("table-worksheet", sTableSheet);
     auto oShape = FindChartShape(sID, sSheet);
     oChart.setAttribute("chart-shape-name", oShape->Name());
-    auto oChartObject = FindChartObject(sID, sSheet);
+    auto oChartObject =
+        Obj(c.oWorkbook).Worksheets()->Item(sSheet)->ChartObjects(host::Variant(oShape->Name()))->Chart();
     auto oComment = FindChartComment(sID, sSheet);
     if (!oComment) oComment = FindLostComment(sID, sSheet, oChart);
     // A box that went with the link was not deleted by the user: the refresh draws it again.
