@@ -57,6 +57,17 @@ std::string Columns(const dom::Node& table, const char* kind) {
     return out.empty() ? "-" : out;
 }
 
+// The component over an open workbook, with its tables and, with charts, its chart definitions
+// loaded as a run loads them.
+ps::Component& Loaded(ps::Component& c, const host::Ref<xlsx::EngineApplication>& app,
+                      const host::Ref<host::Workbook>& book, bool charts = true) {
+    c.oApplication = app;
+    c.oWorkbook = book;
+    c.functions->RetrieveTableDefinitions();
+    if (charts) c.functions->RetrieveChartDefinitions();
+    return c;
+}
+
 // The component as a host add-in holds it. Nobody answers pages at the command line: a page that
 // comes up closes as cancelled, and messages go to standard error.
 struct ComponentHost {
@@ -67,12 +78,8 @@ struct ComponentHost {
     ps::CPlotsmithController entry{frontEnd, dialogs, clock};
     ps::Component& c = entry.component();
 
-    // Over an open workbook, with its tables and chart definitions loaded as a run loads them.
     ComponentHost(const host::Ref<xlsx::EngineApplication>& app, const host::Ref<host::Workbook>& book) {
-        c.oApplication = app;
-        c.oWorkbook = book;
-        c.functions->RetrieveTableDefinitions();
-        c.functions->RetrieveChartDefinitions();
+        Loaded(c, app, book);
     }
     ComponentHost() = default;
 };
@@ -571,16 +578,6 @@ std::string TableID(ps::Component& c, const std::string& wanted, const std::stri
         fmt::format("'{}' has no table '{}'; its tables: {}", bookPath, wanted, known.empty() ? "none" : known));
 }
 
-// The component as the operation will find it: tables, and with charts the chart definitions, loaded.
-ps::Component& Loaded(ps::CPlotsmithController& e, const host::Ref<xlsx::EngineApplication>& app, bool charts) {
-    auto& c = e.component();
-    c.oApplication = app;
-    c.oWorkbook = app->ActiveWorkbook();
-    c.functions->RetrieveTableDefinitions();
-    if (charts) c.functions->RetrieveChartDefinitions();
-    return c;
-}
-
 struct Rename {
     std::string from, to;
 };
@@ -607,7 +604,7 @@ std::vector<Rename> ParseRenames(const std::vector<std::string>& args) {
 // turn onto it. Column names compare without regard to case, as the pages and the validation do.
 void RenameColumns(ps::CPlotsmithController& e, const host::Ref<xlsx::EngineApplication>& app,
                    const std::string& bookPath, const std::string& table, std::vector<Rename> renames) {
-    auto& c = Loaded(e, app, true);
+    auto& c = Loaded(e.component(), app, app->ActiveWorkbook());
     std::string id = TableID(c, table, bookPath);
 
     std::vector<std::string> tableColumns, chartColumns, labels;
@@ -811,7 +808,8 @@ int main(int argc, char** argv) {
             return RunOperation(*engine, book, [&](ps::CPlotsmithController& e) { e.RefreshPlotsmithData(engine, appName, {}); });
         if (refreshTable->parsed())
             return RunOperation(*engine, book, [&](ps::CPlotsmithController& e) {
-                std::string id = TableID(Loaded(e, engine, false), table, book);
+                auto& c = Loaded(e.component(), engine, engine->ActiveWorkbook(), false);
+                std::string id = TableID(c, table, book);
                 e.RefreshChartsForTable(engine, id);
             });
         if (renameColumns->parsed()) {
