@@ -289,20 +289,6 @@ int Export(const host::Ref<xlsx::EngineApplication>& app, const std::string& pat
 
 // ---------------------------------------------------------------- the wizard
 
-// The parts of a workbook's package, to tell afterwards whether a run changed it.
-std::vector<std::string> PartsOf(const host::Ref<host::Workbook>& book) {
-    auto* b = dynamic_cast<xlsx::Book*>(book.get());
-    return b ? b->pkg().Parts() : std::vector<std::string>{};
-}
-
-bool Changed(const host::Ref<host::Workbook>& book, const std::vector<std::string>& partsBefore) {
-    auto* b = dynamic_cast<xlsx::Book*>(book.get());
-    if (!b) return true;
-    auto parts = b->pkg().Parts();
-    if (parts != partsBefore) return true;
-    return std::any_of(parts.begin(), parts.end(), [&](const std::string& p) { return b->pkg().Changed(p); });
-}
-
 std::vector<std::string> ChartIDs(const host::Ref<xlsx::EngineApplication>& app, const host::Ref<host::Workbook>& book) {
     ComponentHost host(app, book);
     std::vector<std::string> ids;
@@ -314,7 +300,6 @@ std::vector<std::string> ChartIDs(const host::Ref<xlsx::EngineApplication>& app,
 int Wizard(int argc, char** argv, const host::Ref<xlsx::EngineApplication>& engine, const std::string& path,
            const std::string& helpFile) {
     auto book = engine->Open(path);
-    auto before = PartsOf(book);
     QApplication qapp(argc, argv);
     QApplication::setApplicationDisplayName(ps::sProductTitle);
     forms_qt::QtFrontEnd frontEnd;
@@ -322,7 +307,7 @@ int Wizard(int argc, char** argv, const host::Ref<xlsx::EngineApplication>& engi
     ps::SystemClock clock;
     ps::CPlotsmithController entry(frontEnd, dialogs, clock);
     entry.RunPlotsmith(engine, "plotsmith", helpFile);
-    if (Changed(book, before)) book->Save();
+    if (engine->Changed(book)) book->Save();
     return 0;
 }
 
@@ -735,10 +720,11 @@ int main(int argc, char** argv) {
     exportCharts->add_option("BOOK", book, "Workbook (.xlsx or .xlsm)")->required();
     exportCharts->add_option("CHART", chart, "Chart id or name; all charts when left out");
 
-    std::string helpFile;
+    std::string helpFile = PLOTSMITH_HELP_FILE;
     auto* wizard = app.add_subcommand("wizard", "Run the wizard in windows; the workbook is saved when the run changed it");
     wizard->add_option("BOOK", book, "Workbook (.xlsx or .xlsm)")->required();
-    wizard->add_option("--help-file", helpFile, "Help file the pages' Help buttons open");
+    wizard->add_option("--help-file", helpFile, "Contents page of the help the pages' Help buttons open (topic n is topic<n>.html beside it)")
+        ->capture_default_str();
 
     Definition def;
     auto* define = app.add_subcommand(

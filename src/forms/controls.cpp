@@ -268,6 +268,7 @@ void Grid::SetCols(long n) {
     cols_ = n;
     for (auto& r : cells_) r.text.resize(static_cast<size_t>(n));
     colWidths_.resize(static_cast<size_t>(n), -1);
+    colAlignments_.resize(static_cast<size_t>(n), flexAlignGeneral);
     if (col_ >= n) col_ = n > 0 ? n - 1 : 0;
 }
 
@@ -345,6 +346,17 @@ double Grid::ColWidth(long col) const {
 void Grid::SetColWidth(long col, double w) {
     if (col < 0 || col >= cols_) InvalidIndex();
     colWidths_[static_cast<size_t>(col)] = w;
+}
+
+long Grid::ColAlignment(long col) const {
+    if (col < 0 || col >= cols_) InvalidIndex();
+    return colAlignments_[static_cast<size_t>(col)];
+}
+
+void Grid::SetColAlignment(long col, long alignment) {
+    if (col < 0 || col >= cols_) InvalidIndex();
+    if (alignment < 0 || alignment > flexAlignGeneral) InvalidValue();
+    colAlignments_[static_cast<size_t>(col)] = alignment;
 }
 
 void Grid::SetSort(long setting) {

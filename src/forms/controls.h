@@ -79,9 +79,12 @@ public:
     void SetAppearance(long v) { appearance_ = v; }
     FontAttributes& Font() { return font_; }
     bool HasFont() const { return kind_ != Kind::Timer && kind_ != Kind::Image && kind_ != Kind::ProgressBar; }
-    // Geometry in points; the layout is free.
+    // Geometry in points. A front end that lays out by container takes Width and Height as the
+    // least size of grids, lists, pictures and multi-line boxes, and places the rest itself.
     double Left = 0, Top = 0, Width = 0, Height = 0;
-    long TabIndex = 0;
+    long TabIndex = 0;  // the tab order; ties go by creation
+    // For a frame on the form itself: the column of the page it stands in, from 0 at the left.
+    int Column = 0;
 
     // Moves the focus here: the control that had it validates first. Raises 5 when the form is not
     // shown or the control can't take the focus.
@@ -246,6 +249,7 @@ public:
                         flexSortStringNoCaseAscending = 5, flexSortStringNoCaseDescending = 6,
                         flexSortStringAscending = 7, flexSortStringDescending = 8 };
     enum SelModes { flexSelectionFree = 0, flexSelectionByRow = 1, flexSelectionListBox = 3 };
+    enum Alignments { flexAlignLeftCenter = 1, flexAlignCenterCenter = 4, flexAlignRightCenter = 7, flexAlignGeneral = 9 };
     Grid(Form& form, std::string name, int index);
 
     long Rows() const { return static_cast<long>(cells_.size()); }
@@ -272,6 +276,8 @@ public:
     double ColWidth(long col) const;
     void SetColWidth(long col, double w);
     double ClientWidth() const { return Width; }
+    long ColAlignment(long col) const;
+    void SetColAlignment(long col, long alignment);
     // Sorts the rows below the fixed ones by column Col; rows keep their data and selection.
     void SetSort(long setting);
     std::function<void()> AfterSelChange;
@@ -285,6 +291,7 @@ private:
     };
     std::vector<GridRow> cells_;
     std::vector<double> colWidths_;
+    std::vector<long> colAlignments_;
     long cols_ = 2;
     long row_ = -1, col_ = 0;
 };

@@ -26,6 +26,8 @@ public:
     void SetCaption(std::string v) { caption_ = std::move(v); }
     FontAttributes& Font() { return font_; }
     FrontEnd& frontEnd() const { return frontEnd_; }
+    // The form's own buttons stand in a column at the right instead of a row at the bottom.
+    bool ButtonsBeside = false;
     long hWnd() const;
 
     bool Loaded() const { return loaded_; }

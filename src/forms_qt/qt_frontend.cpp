@@ -3,7 +3,6 @@
 #include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
-#include <QDesktopServices>
 #include <QDialog>
 #include <QFileInfo>
 #include <QGridLayout>
@@ -15,11 +14,15 @@
 #include <QLineEdit>
 #include <QListWidget>
 #include <QMessageBox>
+#include <QPainter>
 #include <QPlainTextEdit>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QTableWidget>
+#include <QTextBrowser>
+#include <QDir>
+#include <QPointer>
 #include <QTimer>
 #include <QUrl>
 #include <QVBoxLayout>
@@ -28,6 +31,7 @@
 #include <set>
 
 #include "forms/form.h"
+#include "forms_qt/pictures.h"
 
 namespace forms_qt {
 
@@ -63,6 +67,26 @@ bool IsInput(forms::Kind k) {
 }
 
 }  // namespace
+
+// An image control: the sample drawing its picture names.
+class Picture : public QWidget {
+public:
+    Picture(QString name, QWidget* parent) : QWidget(parent), name_(std::move(name)) {}
+    void SetName(const QString& name) {
+        if (name == name_) return;
+        name_ = name;
+        update();
+    }
+
+protected:
+    void paintEvent(QPaintEvent*) override {
+        QPainter p(this);
+        PaintPicture(p, rect(), name_);
+    }
+
+private:
+    QString name_;
+};
 
 // ---------------------------------------------------------------- the window of one shown form
 
@@ -145,29 +169,56 @@ void FormWindow::Gesture(const std::function<void()>& act) {
     fe_.Refresh();
 }
 
+// Laid out by container: the form's frames stand in columns (Control::Column), its pictures share
+// one place beside them, and its buttons stand in a row at the bottom right, or in a column at the
+// right when the form says so. Inside a frame each control takes a row in the order made; a
+// caption (a label or an option button) followed by an input shares the input's row, as does a
+// label followed by the label that shows its value; the frame's pictures share one place at the
+// right. The designed sizes of grids, lists, pictures and multi-line boxes are their least sizes.
 void FormWindow::Build() {
-    bool absolute = std::any_of(form_.Controls().begin(), form_.Controls().end(),
-                                [](auto& c) { return c->Width > 0 && c->Height > 0 && c->kind() != forms::Kind::Timer; });
-    // Without designed geometry each container lays its controls out in creation order, two
-    // columns wide: a label and the input that follows it share a row. The form's own buttons
-    // stand in a row at the bottom.
-    QVBoxLayout* body = absolute ? nullptr : new QVBoxLayout(this);
-    QHBoxLayout* buttons = nullptr;
-    std::map<const forms::Control*, QGridLayout*> grids;
+    struct Box {
+        QGridLayout* grid = nullptr;
+        int row = 0;
+        QWidget* pictures = nullptr;  // the first picture; the others share its place
+    };
+    auto* body = new QVBoxLayout(this);
+    auto* content = new QHBoxLayout;
+    body->addLayout(content, 1);
+    std::map<int, QVBoxLayout*> columns;
+    QGridLayout* pictures = nullptr;
+    std::vector<std::pair<long, QWidget*>> buttons;
+    std::map<const forms::Control*, Box> boxes;
     std::map<const forms::Control*, QWidget*> frames;
-    std::map<const forms::Control*, int> rows;
-    std::map<const forms::Control*, bool> pendingLabel;
-    if (body) {
-        grids[nullptr] = new QGridLayout;
-        grids[nullptr]->setColumnStretch(1, 1);
-        body->addLayout(grids[nullptr]);
-        body->addStretch(1);
-        buttons = new QHBoxLayout;
-        buttons->addStretch(1);
-        body->addLayout(buttons);
+
+    auto column = [&](int n) {
+        auto& col = columns[n];
+        if (!col) col = new QVBoxLayout;
+        return col;
+    };
+    auto isCaption = [](const forms::Control& c) {
+        return c.kind() == forms::Kind::Label || c.kind() == forms::Kind::OptionButton;
+    };
+    const auto& controls = form_.Controls();
+    // A caption shares a row with the control that follows it in its container, if that shows a
+    // value: an input, or for a label another label.
+    std::map<const forms::Control*, const forms::Control*> partner;
+    std::set<const forms::Control*> partnered;
+    for (size_t i = 0; i < controls.size(); ++i) {
+        const forms::Control& c = *controls[i];
+        if (!c.Container() || !isCaption(c) || partnered.count(&c)) continue;
+        for (size_t j = i + 1; j < controls.size(); ++j) {
+            const forms::Control& n = *controls[j];
+            if (n.Container() != c.Container()) continue;
+            bool value = IsInput(n.kind()) || (c.kind() == forms::Kind::Label && n.kind() == forms::Kind::Label);
+            if (value && n.kind() != forms::Kind::Grid) {
+                partner[&c] = &n;
+                partnered.insert(&n);
+            }
+            break;
+        }
     }
 
-    for (auto& sp : form_.Controls()) {
+    for (auto& sp : controls) {
         forms::Control& c = *sp;
         Entry e;
         e.control = sp;
@@ -180,39 +231,67 @@ void FormWindow::Build() {
         const forms::Control* box = c.Container();
         QWidget* parent = box && frames.count(box) ? frames[box] : this;
         e.widget = Make(c, parent);
-        if (c.kind() == forms::Kind::Frame) frames[&c] = e.widget;
-        if (absolute) {
-            e.widget->setGeometry(Px(c.Left), Px(c.Top), std::max(Px(c.Width), 1), std::max(Px(c.Height), 1));
-        } else if (c.kind() == forms::Kind::CommandButton && !box) {
-            buttons->addWidget(e.widget);
-        } else {
-            if (!grids.count(box)) box = nullptr;
-            QGridLayout* grid = grids[box];
-            int& row = rows[box];
-            if (c.kind() == forms::Kind::Label) {
-                grid->addWidget(e.widget, row++, 0);
-                pendingLabel[box] = true;
-            } else if (IsInput(c.kind()) && pendingLabel[box]) {
-                grid->addWidget(e.widget, row - 1, 1);
-                pendingLabel[box] = false;
+        if (!box) {
+            if (c.kind() == forms::Kind::CommandButton) {
+                buttons.emplace_back(c.TabIndex, e.widget);
+            } else if (c.kind() == forms::Kind::Image) {
+                if (!pictures) pictures = new QGridLayout;
+                pictures->addWidget(e.widget, 0, 0, Qt::AlignTop);
             } else {
-                grid->addWidget(e.widget, row++, 0, 1, 2);
-                pendingLabel[box] = false;
+                column(c.kind() == forms::Kind::Frame ? c.Column : 0)->addWidget(e.widget);
             }
-            if (c.kind() == forms::Kind::Frame) grids[&c] = new QGridLayout(e.widget);
+        } else if (boxes.count(box)) {
+            Box& b = boxes[box];
+            if (c.kind() == forms::Kind::Image) {
+                // Spans every row, made or to come.
+                b.grid->addWidget(e.widget, 0, 2, -1, 1, Qt::AlignTop | Qt::AlignHCenter);
+            } else if (partnered.count(&c)) {
+                b.grid->addWidget(e.widget, b.row++, 1);
+            } else if (partner.count(&c)) {
+                b.grid->addWidget(e.widget, b.row, 0);
+            } else {
+                b.grid->addWidget(e.widget, b.row++, 0, 1, 2);
+            }
+        }
+        if (c.kind() == forms::Kind::Frame) {
+            frames[&c] = e.widget;
+            boxes[&c].grid = new QGridLayout(e.widget);
+            boxes[&c].grid->setColumnStretch(1, 1);
         }
         entries_.push_back(e);
         Connect(entries_.back());
     }
-    if (absolute) {
-        double w = 0, h = 0;
-        for (auto& c : form_.Controls())
-            if (!c->Container()) {
-                w = std::max(w, c->Left + c->Width);
-                h = std::max(h, c->Top + c->Height);
-            }
-        resize(Px(w) + 12, Px(h) + 12);
+
+    for (auto& [n, col] : columns) {
+        col->addStretch(1);
+        content->addLayout(col, 1);
     }
+    if (pictures) {
+        auto* col = new QVBoxLayout;
+        col->addLayout(pictures);
+        col->addStretch(1);
+        content->addLayout(col);
+    }
+    std::stable_sort(buttons.begin(), buttons.end(), [](auto& a, auto& b) { return a.first < b.first; });
+    QBoxLayout* row = form_.ButtonsBeside ? static_cast<QBoxLayout*>(new QVBoxLayout) : new QHBoxLayout;
+    if (!form_.ButtonsBeside) row->addStretch(1);
+    for (auto& [tab, w] : buttons) row->addWidget(w);
+    if (form_.ButtonsBeside) {
+        row->addStretch(1);
+        content->addLayout(row);
+    } else if (!buttons.empty()) {
+        body->addLayout(row);
+    } else {
+        delete row;
+    }
+
+    // Tab order as designed.
+    std::vector<std::pair<long, QWidget*>> order;
+    for (auto& e : entries_)
+        if (auto c = e.control.lock(); c && e.widget && e.widget->focusPolicy() != Qt::NoFocus)
+            order.emplace_back(c->TabIndex, e.widget);
+    std::stable_sort(order.begin(), order.end(), [](auto& a, auto& b) { return a.first < b.first; });
+    for (size_t i = 1; i < order.size(); ++i) QWidget::setTabOrder(order[i - 1].second, order[i].second);
 }
 
 QWidget* FormWindow::Make(forms::Control& c, QWidget* parent) {
@@ -222,6 +301,7 @@ QWidget* FormWindow::Make(forms::Control& c, QWidget* parent) {
             if (static_cast<forms::TextBox&>(c).MultiLine) {
                 auto* t = new QPlainTextEdit(parent);
                 t->setTabChangesFocus(true);
+                if (c.Height > 0) t->setFixedHeight(Px(c.Height));
                 w = t;
             } else {
                 w = new QLineEdit(parent);
@@ -241,6 +321,7 @@ QWidget* FormWindow::Make(forms::Control& c, QWidget* parent) {
                 case forms::ListBox::vbMultiSelectExtended: l->setSelectionMode(QAbstractItemView::ExtendedSelection); break;
                 default: l->setSelectionMode(QAbstractItemView::SingleSelection); break;
             }
+            if (c.Height > 0) l->setFixedHeight(Px(c.Height));
             w = l;
             break;
         }
@@ -263,18 +344,14 @@ QWidget* FormWindow::Make(forms::Control& c, QWidget* parent) {
             break;
         }
         case forms::Kind::Label: {
-            auto* l = new QLabel(parent);
-            l->setWordWrap(true);
-            w = l;
+            w = new QLabel(parent);
             break;
         }
         case forms::Kind::Frame: w = new QGroupBox(parent); break;
         case forms::Kind::Image: {
-            auto* l = new QLabel(parent);
-            l->setFrameShape(QFrame::Box);
-            l->setAlignment(Qt::AlignCenter);
-            l->setMinimumSize(64, 48);
-            w = l;
+            auto* pic = new Picture(QString::fromStdString(static_cast<forms::Image&>(c).Picture), parent);
+            pic->setFixedSize(c.Width > 0 ? Px(c.Width) : 72, c.Height > 0 ? Px(c.Height) : 54);
+            w = pic;
             break;
         }
         case forms::Kind::Grid: {
@@ -283,12 +360,14 @@ QWidget* FormWindow::Make(forms::Control& c, QWidget* parent) {
             t->setSelectionBehavior(QAbstractItemView::SelectRows);
             t->verticalHeader()->hide();
             t->horizontalHeader()->setStretchLastSection(true);
+            t->setMinimumSize(Px(c.Width), Px(c.Height));
             w = t;
             break;
         }
         case forms::Kind::ProgressBar: {
             auto* p = new QProgressBar(parent);
             p->setRange(0, 1000);
+            p->setMinimumWidth(Px(c.Width));
             p->setTextVisible(false);
             w = p;
             break;
@@ -541,12 +620,7 @@ void FormWindow::SyncOne(Entry& e) {
             g->setFlat(c.Appearance() == 0);
             break;
         }
-        case forms::Kind::Image: {
-            auto* l = static_cast<QLabel*>(w);
-            QString pic = Q(static_cast<forms::Image&>(c).Picture);
-            if (l->text() != pic) l->setText(pic);
-            break;
-        }
+        case forms::Kind::Image: static_cast<Picture*>(w)->SetName(Q(static_cast<forms::Image&>(c).Picture)); break;
         case forms::Kind::Grid: {
             auto& g = static_cast<forms::Grid&>(c);
             auto* t = static_cast<QTableWidget*>(w);
@@ -554,22 +628,35 @@ void FormWindow::SyncOne(Entry& e) {
             int cols = static_cast<int>(g.Cols());
             if (t->rowCount() != rows) t->setRowCount(rows);
             if (t->columnCount() != cols) t->setColumnCount(cols);
-            t->setSelectionMode(g.SelectionMode == forms::Grid::flexSelectionListBox ? QAbstractItemView::ExtendedSelection
-                                                                                     : QAbstractItemView::SingleSelection);
+            auto mode = g.SelectionMode == forms::Grid::flexSelectionListBox ? QAbstractItemView::ExtendedSelection
+                                                                             : QAbstractItemView::SingleSelection;
+            if (t->selectionMode() != mode) t->setSelectionMode(mode);
             for (int col = 0; col < cols; ++col) {
                 QString head = g.FixedRows > 0 ? Q(g.TextMatrix(0, col)) : QString();
                 auto* h = t->horizontalHeaderItem(col);
                 if (!h || h->text() != head) t->setHorizontalHeaderItem(col, new QTableWidgetItem(head));
                 if (g.ColWidth(col) == 0) t->setColumnHidden(col, true);
                 else if (t->isColumnHidden(col)) t->setColumnHidden(col, false);
+                // The designed widths are shares of the grid's designed width.
+                if (g.ColWidth(col) > 0 && g.ClientWidth() > 0 && col + 1 < cols) {
+                    int width = static_cast<int>(g.ColWidth(col) / g.ClientWidth() * t->viewport()->width());
+                    if (t->columnWidth(col) != width) t->setColumnWidth(col, width);
+                }
             }
             t->horizontalHeader()->setVisible(g.FixedRows > 0);
             for (int r = 0; r < rows; ++r)
                 for (int col = 0; col < cols; ++col) {
                     QString text = Q(g.TextMatrix(r + g.FixedRows, col));
                     auto* item = t->item(r, col);
-                    if (!item) t->setItem(r, col, new QTableWidgetItem(text));
+                    if (!item) t->setItem(r, col, item = new QTableWidgetItem(text));
                     else if (item->text() != text) item->setText(text);
+                    Qt::Alignment align = Qt::AlignVCenter;
+                    switch (g.ColAlignment(col)) {
+                        case forms::Grid::flexAlignRightCenter: align |= Qt::AlignRight; break;
+                        case forms::Grid::flexAlignCenterCenter: align |= Qt::AlignHCenter; break;
+                        default: align |= Qt::AlignLeft; break;
+                    }
+                    if (item->textAlignment() != static_cast<int>(align)) item->setTextAlignment(align);
                 }
             for (int r = 0; r < rows; ++r) {
                 bool sel = g.IsSelected(r + g.FixedRows);
@@ -614,6 +701,7 @@ void QtFrontEnd::ShowModal(forms::Form& form) {
 
     form.SetShown(true);
     win->Sync();
+    win->adjustSize();
     win->setWindowModality(Qt::ApplicationModal);
     win->show();
     win->raise();
@@ -666,6 +754,12 @@ long QtFrontEnd::WindowHandle(const forms::Form& form) const {
 QDialog* QtFrontEnd::Dialog(const forms::Form& form) const {
     for (auto it = stack_.rbegin(); it != stack_.rend(); ++it)
         if (&(*it)->form() == &form && (*it)->open()) return *it;
+    return nullptr;
+}
+
+forms::Form* QtFrontEnd::TopForm() const {
+    for (auto it = stack_.rbegin(); it != stack_.rend(); ++it)
+        if ((*it)->open()) return &(*it)->form();
     return nullptr;
 }
 
@@ -723,10 +817,35 @@ long QtDialogs::MsgBox(const std::string& text, long style, const std::string& t
 }
 
 void QtDialogs::Help(long, const std::string& helpFile, long, long topic) {
-    if (!helpFile.empty() && QFileInfo::exists(Q(helpFile)) &&
-        QDesktopServices::openUrl(QUrl::fromLocalFile(Q(helpFile))))
+    QFileInfo file(Q(helpFile));
+    if (helpFile.empty() || !file.isFile()) {
+        MsgBox("The help file \"" + helpFile + "\" could not be found.", forms::vbExclamation, "");
         return;
-    std::fprintf(stderr, "help: %s, topic %ld\n", helpFile.c_str(), topic);
+    }
+    // One page per topic beside the contents page; a topic without its page opens the contents.
+    QString page = file.dir().filePath(QStringLiteral("topic%1.html").arg(topic));
+    if (!QFileInfo(page).isFile()) page = file.absoluteFilePath();
+    // A child of the page that asked, so that it takes input while the page is up, and goes with it.
+    QWidget* owner = QApplication::activeModalWidget();
+    if (!help_ || help_->parentWidget() != owner) {
+        delete help_;
+        help_ = new QDialog(owner, Qt::Window);
+        help_->setAttribute(Qt::WA_DeleteOnClose);
+        help_->resize(560, 480);
+        auto* layout = new QVBoxLayout(help_);
+        auto* browser = new QTextBrowser(help_);
+        browser->setObjectName(QStringLiteral("helpBrowser"));
+        browser->setOpenExternalLinks(true);
+        layout->addWidget(browser);
+        QObject::connect(browser, &QTextBrowser::sourceChanged, help_,
+                         [this, browser] { help_->setWindowTitle(browser->documentTitle()); });
+    }
+    auto* browser = help_->findChild<QTextBrowser*>(QStringLiteral("helpBrowser"));
+    browser->setSource(QUrl::fromLocalFile(page));
+    help_->setWindowTitle(browser->documentTitle());
+    help_->show();
+    help_->raise();
+    help_->activateWindow();
 }
 
 }  // namespace forms_qt

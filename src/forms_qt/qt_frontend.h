@@ -9,9 +9,11 @@
 #include <string>
 #include <vector>
 
+#include <QDialog>
+#include <QPointer>
+
 #include "forms/frontend.h"
 
-class QDialog;
 class QWidget;
 
 namespace forms_qt {
@@ -38,6 +40,8 @@ public:
 
     // The dialog of a shown form, and the widget of one of its controls; nullptr when absent.
     QDialog* Dialog(const forms::Form& form) const;
+    // The form whose window is on top; nullptr when none is shown.
+    forms::Form* TopForm() const;
     QWidget* Widget(const forms::Form& form, const std::string& control, int index = -1) const;
     // Copies the control model onto the widgets of every shown form.
     void Refresh();
@@ -52,11 +56,16 @@ class QtDialogs : public forms::Dialogs {
 public:
     explicit QtDialogs(std::string defaultTitle = "Brindle Plotsmith") : defaultTitle_(std::move(defaultTitle)) {}
     long MsgBox(const std::string& text, long style, const std::string& title) override;
-    // Opens the help file with the desktop's viewer; the window stays.
+    // Shows the topic's page of the help in a help window that stays beside the page: the help file
+    // is a contents page, and topic n is the page "topic<n>.html" beside it. A missing help file is
+    // a message.
     void Help(long hWnd, const std::string& helpFile, long command, long topic) override;
+    // The help window while it is up.
+    QDialog* HelpWindow() const { return help_; }
 
 private:
     std::string defaultTitle_;
+    QPointer<QDialog> help_;
 };
 
 }  // namespace forms_qt

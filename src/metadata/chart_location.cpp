@@ -25,21 +25,17 @@ bool PSFunctions::CreateChartWorksheet(const std::string& sSheetName) {
 }
 
 bool PSFunctions::PlaceChartDefinition(const std::string& sSheetName) {
-    try {
-        auto oChart = Obj(c.oChartDoc).selectSingleNode("chart");
-        bool bNewChart = !CommonFunctions::CollectionHasKey(c.sChartID, c.colCharts);
-        Obj(c.oWorkbook).Worksheets()->Item(sSheetName)->Activate();
-        oChart.setAttribute("chart-worksheet", sSheetName);
-        // A definition that can't be stored gets no chart: it would be lost at the next load.
-        if (!SaveChartDefinition(c.oChartDoc)) return false;
-        if (bNewChart) CreateEmptyChart(sSheetName, c.sChartID);
-        if (CommonFunctions::CollectionHasKey(c.sChartID, c.colCharts)) c.colCharts->Remove(c.sChartID);
-        Obj(c.colCharts).Add(c.oChartDoc, c.sChartID);
-        return CommonFunctions::CollectionHasKey(c.sChartID, c.colChartObjects);
-    } catch (const std::exception&) {
-        c.common->ReportError("PSFunctions.PlaceChartDefinition");
-    }
-    return false;
+    // Errors go to the page, which reports them in its own box and stays open.
+    auto oChart = Obj(c.oChartDoc).selectSingleNode("chart");
+    bool bNewChart = !CommonFunctions::CollectionHasKey(c.sChartID, c.colCharts);
+    Obj(c.oWorkbook).Worksheets()->Item(sSheetName)->Activate();
+    oChart.setAttribute("chart-worksheet", sSheetName);
+    // A definition that can't be stored gets no chart: it would be lost at the next load.
+    if (!SaveChartDefinition(c.oChartDoc)) return false;
+    if (bNewChart) CreateEmptyChart(sSheetName, c.sChartID);
+    if (CommonFunctions::CollectionHasKey(c.sChartID, c.colCharts)) c.colCharts->Remove(c.sChartID);
+    Obj(c.colCharts).Add(c.oChartDoc, c.sChartID);
+    return true;
 }
 
 }  // namespace ps

@@ -105,7 +105,8 @@ public:
     bool CreateChartWorksheet(const std::string& sSheetName);
     // oChartDoc (sChartID) stands on sSheetName: the sheet is recorded and activated, the document
     // saved, a chart that colCharts doesn't hold yet gets its empty frame, and the document enters
-    // colCharts. The caller has set the name. False after an error, which was reported.
+    // colCharts. The caller has set the name. False when the definition could not be stored; an
+    // error raises to the caller.
     bool PlaceChartDefinition(const std::string& sSheetName);
     // Puts the empty frame of a new chart on a sheet and enters its chart in colChartObjects.
     void CreateEmptyChart(const std::string& sSheetName, const std::string& sChartID);

@@ -11,7 +11,9 @@ frmBusyPS::frmBusyPS(Component& c) : forms::Form(c.frontEnd, "frmBusyPS"), c(c) 
 void frmBusyPS::Design() {
     SetCaption("Please Wait");
     Add<forms::Label>("WaitLabel").SetCaption("Loading . . .");
-    Add<forms::ProgressBar>("ProgressBar1");
+    auto& bar = Add<forms::ProgressBar>("ProgressBar1");
+    bar.Width = 240;
+    bar.Height = 14;
     auto& timer = Add<forms::Timer>("Timer1");
     timer.SetEnabled(false);
     timer.Tick = [this] { Timer1_Timer(); };

@@ -53,6 +53,7 @@ void frmPSLayoutABC::DesignPage() {
     auto* f4 = &AddFrame("Frame4", "4. [ABC magnitude]");
     cboValues = &AddComboBox("cboValues", f4, forms::ComboBox::vbComboDropdownList);
 
+    NextColumn();
     auto* f5 = &AddFrame("Frame5", "5. [ABC] and Axis Labels");
     chkShowValues = &AddCheckBox("chkShowValues", f5, "Show Values on [ABC]");
     cboDataLabelMask = &AddNumberFormatRow(f5, "lblNumberMask", "cboDataLabelMask", "lblNumberExample");

@@ -27,6 +27,7 @@ void frmPSLayoutBubble::DesignPage() {
     auto* f9 = &AddFrame("Frame9", "5. Bubble Size");
     cboSizes = &AddComboBox("cboSizes", f9, forms::ComboBox::vbComboDropdownList);
     chkShowZeroBubbles = &AddCheckBox("chkShowZeroBubbles", f9, "Show zero and negative sizes");
+    NextColumn();
     auto* f8 = &AddFrame("Frame8", "6. Bubble Color");
     cboSeries = &AddComboBox("cboSeries", f8, forms::ComboBox::vbComboDropdownList);
     AddImage("imgLegend", f8);
@@ -185,10 +186,9 @@ void frmPSLayoutBubble::UpdateChartMetadata() {
         if (!cboXValues->Text().empty()) AppendColumn(AppendElement(oChart, "x-values"), cboXValues->Text());
         if (cboSizes->ListIndex() >= 1) AppendColumn(AppendElement(oChart, "bubble-sizes"), cboSizes->Text());
 
-        // An emptied box that the user made sticky keeps its empty label, so that it stays empty.
         auto oAxes = AppendElement(oChart, "axes");
-        if (!sHAxis.empty() || bHAxisSticky) AppendAxis(oAxes, "label", sHAxis, bHAxisSticky);
-        if (!sVAxis.empty() || bVAxisSticky) AppendAxis(oAxes, "value", sVAxis, bVAxisSticky);
+        if (!sHAxis.empty()) AppendAxis(oAxes, "label", sHAxis, bHAxisSticky);
+        if (!sVAxis.empty()) AppendAxis(oAxes, "value", sVAxis, bVAxisSticky);
 
         auto oDynamic = AppendElement(oChart, "dynamic-attributes");
         if (chk3D->Value() == kChecked) AppendElement(oDynamic, "attribute").setAttribute("setting", "3D");

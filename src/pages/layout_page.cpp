@@ -21,10 +21,11 @@ void PSLayoutPage::Place(forms::Control& ctl, forms::Control* frame, double dHei
     for (auto& other : Controls()) {
         if (other.get() == &ctl) continue;
         bool bSibling = frame ? other->Container() == frame
-                              : (ctl.kind() == forms::Kind::Frame && other->kind() == forms::Kind::Frame);
+                              : (ctl.kind() == forms::Kind::Frame && other->kind() == forms::Kind::Frame &&
+                                 other->Column == ctl.Column);
         if (bSibling) dTop = std::max(dTop, other->Top + other->Height + kGap);
     }
-    ctl.Left = frame ? 8 : kGap;
+    ctl.Left = frame ? 8 : kGap + ctl.Column * (kFrameWidth + kGap);
     ctl.Top = dTop;
     ctl.Width = frame ? kFrameWidth - 16 : kFrameWidth;
     ctl.Height = dHeight;
@@ -35,6 +36,7 @@ void PSLayoutPage::Place(forms::Control& ctl, forms::Control* frame, double dHei
 forms::Frame& PSLayoutPage::AddFrame(const std::string& name, const std::string& caption) {
     auto& f = Add<forms::Frame>(name);
     f.SetCaption(caption);
+    f.Column = iColumn_;
     Place(f, nullptr, 24);
     return f;
 }
@@ -92,10 +94,12 @@ forms::Image& PSLayoutPage::AddImage(const std::string& name, forms::Control* fr
     img.Picture = name;
     img.SetVisible(false);
     if (frame) {
-        Place(img, frame, 40);
+        // A small sample beside the frame's inputs.
+        Place(img, frame, 45);
+        img.Width = 60;
     } else {
         // The sample charts share one spot beside the frames.
-        img.Left = kFrameWidth + 2 * kGap;
+        img.Left = (iColumn_ + 1) * (kFrameWidth + kGap) + kGap;
         img.Top = kGap;
         img.Width = 160;
         img.Height = 120;
@@ -105,7 +109,6 @@ forms::Image& PSLayoutPage::AddImage(const std::string& name, forms::Control* fr
 
 forms::TextBox& PSLayoutPage::AddTitleBox(forms::Control* frame) {
     auto& t = AddTextBox("txtTitle", frame, 255);
-    t.TabIndex = 0;
     t.Height = 24;
     t.Font().Size = 12;
     return t;

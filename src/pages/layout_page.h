@@ -19,6 +19,8 @@ public:
 protected:
     // ---- design: controls inside a frame (nullptr: on the form), placed one under the other
     forms::Frame& AddFrame(const std::string& name, const std::string& caption);
+    // The frames added after this stand in the next column of the page.
+    void NextColumn() { ++iColumn_; }
     forms::TextBox& AddTextBox(const std::string& name, forms::Control* frame, long lMaxLength);
     forms::ComboBox& AddComboBox(const std::string& name, forms::Control* frame, long lStyle);
     forms::ListBox& AddListBox(const std::string& name, forms::Control* frame, long lMultiSelect);
@@ -98,6 +100,7 @@ private:
     forms::TextBox& AddAxisBox(const std::string& name, forms::Control* frame, bool& bSticky);
     // Puts a control under the last one of its frame, a frame under the last frame.
     void Place(forms::Control& ctl, forms::Control* frame, double dHeight);
+    int iColumn_ = 0;
     forms::ComboBox* cboMask_ = nullptr;
 };
 

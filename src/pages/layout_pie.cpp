@@ -24,6 +24,7 @@ void frmPSLayoutPie::DesignPage() {
     lstCategories = &AddListBox("lstCategories", f2, forms::ListBox::vbMultiSelectNone);
     AddImage("imgLegend", f2).SetVisible(true);
 
+    NextColumn();
     // The number format stays on whichever label option is chosen.
     auto* f5 = &AddFrame("Frame5", "4. Slice Labels");
     optDataLabels[0] = &AddOption("optDataLabels", 0, f5, "Values");

@@ -51,6 +51,7 @@ void frmPSLayoutStrBuck::DesignPage() {
     AddImage("imgLegend", f4);
     AddImage("imgLegendDim", f4).SetVisible(true);
 
+    NextColumn();
     auto* f6 = &AddFrame("Frame6", "5. Arrange Blocks by");
     cboBlockSequence = &AddComboBox("cboBlockSequence", f6, forms::ComboBox::vbComboDropdownList);
     optBlockSequence0 = &AddOption("optBlockSequence", 0, f6, "Ascending");
@@ -104,6 +105,7 @@ void frmPSLayoutStrBuck::LoadPage() {
 void frmPSLayoutStrBuck::SizeBucketColumns() {
     grdBuckets->SetColWidth(0, 0.6 * grdBuckets->ClientWidth());
     grdBuckets->SetColWidth(1, 0.4 * grdBuckets->ClientWidth());
+    grdBuckets->SetColAlignment(1, forms::Grid::flexAlignRightCenter);
 }
 
 void frmPSLayoutStrBuck::FillBucketTables() {

@@ -25,7 +25,20 @@ forms::CommandButton& PSForm::AddButton(const std::string& name, const std::stri
 void PSForm::Design() {
     AddButton("cmdHelp", "&Help", &PSForm::cmdHelp_Click);
     AddButton("cmdCancel", "Cancel", &PSForm::cmdCancel_Click).SetCancel(true);
+    DesignButtons();
+    size_t nCommon = Controls().size();
     DesignPage();
+    // Tab order: the page's controls as made, then the buttons the page made itself, then the
+    // common ones in the order they stand (Help, Cancel, Back, Next, Finish).
+    auto isButton = [](const forms::Control& ctl) {
+        return ctl.kind() == forms::Kind::CommandButton && !ctl.Container();
+    };
+    long lTab = 0;
+    for (auto& ctl : Controls())
+        if (!isButton(*ctl)) ctl->TabIndex = lTab++;
+    for (size_t i = nCommon; i < Controls().size(); ++i)
+        if (isButton(*Controls()[i])) Controls()[i]->TabIndex = lTab++;
+    for (size_t i = 0; i < nCommon; ++i) Controls()[i]->TabIndex = lTab++;
 }
 
 void PSForm::Form_Load() {
@@ -46,12 +59,10 @@ void PSForm::ReportHandlerError() { c.common->ReportHandlerError(); }
 
 // ---------------------------------------------------------------- pages with Next, Back, Finish
 
-void PSWizardPage::Design() {
-    auto& next = AddButton("cmdNext", "&Next >", static_cast<void (PSForm::*)()>(&PSWizardPage::cmdNext_Click));
+void PSWizardPage::DesignButtons() {
     AddButton("cmdBack", "< &Back", static_cast<void (PSForm::*)()>(&PSWizardPage::cmdBack_Click));
+    AddButton("cmdNext", "&Next >", static_cast<void (PSForm::*)()>(&PSWizardPage::cmdNext_Click)).SetDefault(true);
     AddButton("cmdFinish", "&Finish", static_cast<void (PSForm::*)()>(&PSWizardPage::cmdFinish_Click));
-    next.SetDefault(true);
-    PSForm::Design();
 }
 
 void PSWizardPage::Form_Activate() {

@@ -27,6 +27,8 @@ protected:
     void Form_Load() override;
     void Form_Unload() override;  // the end of the run: PSJumpToStep(9, page code, Nothing)
 
+    // The move buttons of the page, made after Help and Cancel and before the page's controls.
+    virtual void DesignButtons() {}
     // The page's own controls and filling steps, after the shared ones.
     virtual void DesignPage() {}
     virtual void LoadPage() {}
@@ -66,7 +68,7 @@ public:
     void DisplayMessage(const std::string& sMessage);
 
 protected:
-    void Design() override;
+    void DesignButtons() override;
     void Form_Activate() override;
 
     // Writes the controls into oChartDoc.

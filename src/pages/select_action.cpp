@@ -24,6 +24,7 @@ frmPSSelectAction::frmPSSelectAction(Component& c)
 forms::Grid& frmPSSelectAction::grdCharts() const { return Get<forms::Grid>("grdCharts"); }
 
 void frmPSSelectAction::DesignPage() {
+    ButtonsBeside = true;
     auto& frame = Add<forms::Frame>("Frame2");
     frame.SetCaption("Charts in this Workbook");
     frame.Width = 500;

@@ -48,7 +48,8 @@ void frmPSSelectTable::DesignPage() {
     grid.SetCols(1);
     grid.FixedRows = 0;
     grid.SetRows(0);
-    grid.SelectionMode = forms::Grid::flexSelectionListBox;
+    // Next acts on one table: one row at a time.
+    grid.SelectionMode = forms::Grid::flexSelectionByRow;
     grid.Click = [this] { Handle([&] { UpdateChartTypes(); }); };
     grid.AfterSelChange = [this] {
         if (!bFilling_) Handle([&] { UpdateChartTypes(); });
@@ -58,6 +59,7 @@ void frmPSSelectTable::DesignPage() {
     auto& fraChartType = Add<forms::Frame>("fraChartType");
     fraChartType.SetCaption("Chart Type");
     fraChartType.Left = 210;
+    fraChartType.Column = 1;
     fraChartType.Width = 290;
     fraChartType.Height = 220;
     for (int i = 0; i < iTypeCount; ++i) {

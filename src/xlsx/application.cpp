@@ -81,6 +81,12 @@ host::Ref<host::Workbook> AppImpl::Open(const std::string& path) {
     return active_;
 }
 
+bool AppImpl::Changed(host::Ref<host::Workbook> workbook) {
+    auto* book = dynamic_cast<Book*>(workbook.get());
+    if (!book) Refuse("The workbook is not one of this engine's.");
+    return book->DiffersFromFile();
+}
+
 void AppImpl::Close(host::Ref<host::Workbook> workbook) {
     if (workbook == active_) active_.reset();
 }

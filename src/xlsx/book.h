@@ -217,6 +217,9 @@ public:
     void ResetColors() override;
     void Save() override;
     void SaveAs(const std::string& path) override;
+    // Whether a save would change what the file holds (see EngineApplication::Changed).
+    bool DiffersFromFile();
+    void PrepareSave();  // what a save writes besides the edits: view state, string counts
 
     // Engine side
     Package& pkg() { return *pkg_; }
@@ -279,6 +282,7 @@ public:
     host::Ref<host::Chart> ActiveChart() override;
     host::Ref<host::Window> ActiveWindow() override;
     std::string Version() override { return options_.version; }
+    const EngineOptions& Options() const { return options_; }
     bool Interactive() override { return interactive_; }
     void SetInteractive(bool v) override;
     bool ScreenUpdating() override { return screenUpdating_; }
@@ -296,6 +300,7 @@ public:
     host::Ref<host::Workbook> Open(const std::string& path) override;
     host::Ref<host::Workbook> NewWorkbook() override;
     void Close(host::Ref<host::Workbook> workbook) override;
+    bool Changed(host::Ref<host::Workbook> workbook) override;
     void SetMacro(const std::string& name, MacroHandler handler) override;
     void SetMultiUserEditing(host::Ref<host::Workbook> workbook, bool shared) override;
     void SetCellEditMode(bool editing) override { editing_ = editing; }

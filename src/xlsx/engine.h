@@ -26,6 +26,10 @@ public:
     virtual host::Ref<host::Workbook> Open(const std::string& path) = 0;
     // A new workbook with one empty worksheet "Sheet1"; it becomes the active workbook.
     virtual host::Ref<host::Workbook> NewWorkbook() = 0;
+    // Whether saving would change what the workbook's file holds: a part added or removed, or an
+    // edited part whose XML now differs from the file's (a scratch cell written and cleared again
+    // is no change). True for a workbook never saved.
+    virtual bool Changed(host::Ref<host::Workbook> workbook) = 0;
     // Closes a workbook without saving; the active workbook becomes Nothing when it was this one.
     virtual void Close(host::Ref<host::Workbook> workbook) = 0;
     // Installs a macro under a name such as "VEXEvents.VEXChartRefreshStarted".

@@ -1,5 +1,6 @@
 // The workbook part: sheets in tab order, visibility, the active sheet, protection, the palette,
 // and saving.
+#include <algorithm>
 #include <filesystem>
 
 #include "host/constants.h"
@@ -429,7 +430,34 @@ void Book::Save() {
     SaveAs(path_);
 }
 
-void Book::SaveAs(const std::string& path) {
+bool Book::DiffersFromFile() {
+    if (path_.empty()) return true;
+    PrepareSave();
+    std::unique_ptr<Package> file;
+    try {
+        file = Package::Open(path_, {app_.Options().maxInflatedSize, WriterLock::None});
+    } catch (const PackageError&) {
+        return true;
+    }
+    auto mine = pkg_->Parts(), theirs = file->Parts();
+    std::sort(mine.begin(), mine.end());
+    std::sort(theirs.begin(), theirs.end());
+    if (mine != theirs) return true;
+    for (auto& part : mine) {
+        if (!pkg_->Changed(part)) continue;
+        std::string bytes = pkg_->Bytes(part);
+        if (bytes == file->Bytes(part)) continue;
+        // An edited part is written from its tree: compare it with the file's part parsed alike.
+        try {
+            if (bytes != SerializeXml(file->Read(part))) return true;
+        } catch (const std::exception&) {
+            return true;
+        }
+    }
+    return false;
+}
+
+void Book::PrepareSave() {
     // The active tab and the selected sheet view agree, as the application writes them.
     auto view = WorkbookRoot(false).child("bookViews").child("workbookView");
     if (view && view.attribute("activeTab").as_int(0) != activeTab_) {
@@ -439,6 +467,10 @@ void Book::SaveAs(const std::string& path) {
     }
     for (size_t i = 0; i < sheets_.size(); ++i) sheets_[i].sheet->PrepareSave(static_cast<long>(i) == activeTab_);
     if (strings_) strings_->Flush();
+}
+
+void Book::SaveAs(const std::string& path) {
+    PrepareSave();
     pkg_->Save(path);
     path_ = std::filesystem::absolute(path).string();
 }

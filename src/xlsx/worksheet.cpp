@@ -503,8 +503,12 @@ void SheetImpl::SetCellFormat(long row, long col, const std::string& code) {
     } catch (const NumberFormatError&) {
         Refuse("Unable to set the NumberFormat property of the Range class");
     }
-    auto c = MakeCell(row, col);
-    long xf = book_.styles().WithFormat(c.attribute("s").as_int(), code);
+    // A cell that isn't there has the default format: giving it that makes no cell.
+    auto found = FindCell(row, col);
+    long current = found ? found.attribute("s").as_int() : 0;
+    long xf = book_.styles().WithFormat(current, code);
+    if (!found && xf == 0) return;
+    auto c = found ? found : MakeCell(row, col);
     if (!c.attribute("s")) {
         if (xf == 0) return;
         c.insert_attribute_after("s", c.attribute("r"));

@@ -156,3 +156,21 @@ TEST(ChartLocation, AModifiedChartStaysOnItsSheetAndMayShareAName) {
     EXPECT_TRUE(w.ShapesWithText("Sheet1", first).empty()) << "and no second one is made";
     EXPECT_EQ(w.Rows().size(), 2u);
 }
+
+TEST(ChartLocation, ACancelledRunLeavesTheWorkbookAsItWas) {
+    WizardBook w;
+    w.RegionTable();
+    w.PlaceChart("Sales", "column", "Data1", "Sheet1");
+    w.Release();
+    w.SaveAndReopen("chart_location_cancel");
+
+    // Modify, on to the last page, back, and cancel there: every part as it was read.
+    w.driver.Visit(kAction, {ScriptedDriver::Do("select", [](forms::Form& f) { f.UserSelect("grdCharts", 1); }),
+                             ScriptedDriver::Click("cmdModify")});
+    w.driver.Visit(kLayout, {ScriptedDriver::Type("txtTitle", "Changed"), ScriptedDriver::Click("cmdNext")});
+    w.driver.Visit(kLocation, {ScriptedDriver::Type("txtName", "Renamed"), ScriptedDriver::Click("cmdBack")});
+    w.driver.Visit(kLayout, {ScriptedDriver::Click("cmdCancel")});
+    w.Run();
+    EXPECT_EQ(w.driver.Shown(), (std::vector<std::string>{kAction, kLayout, kLocation, kLayout}));
+    EXPECT_FALSE(w.app->Changed(w.c.oWorkbook));
+}
