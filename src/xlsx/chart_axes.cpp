@@ -1,8 +1,10 @@
 // Axes of a chart: scales, crossings, tick marks and labels, gridlines and axis titles.
+#include <algorithm>
 #include <cmath>
 
 #include "xlsx/book.h"
 #include "xlsx/chart_model.h"
+#include "xlsx/numfmt.h"
 
 namespace xlsx {
 
@@ -449,7 +451,173 @@ private:
     long type_, group_;
 };
 
+// ---------------------------------------------------------------- room for labels and titles
+
+// Text extents in ems of the font size: an average glyph of the default chart fonts, a line
+// with its leading; and the gap between an axis, its labels and its title.
+constexpr double kCharWidth = 0.55, kLineHeight = 1.2, kGap = 4;
+
+double FontSizeIn(pugi::xml_node owner, double dflt) {
+    double size = 0;
+    for (auto n : owner.select_nodes(".//*[local-name()='defRPr' or local-name()='rPr'][@sz]"))
+        size = std::max(size, n.node().attribute("sz").as_double() / 100);
+    return size > 0 ? size : dflt;
+}
+
+double TextWidth(const std::string& text, double size) { return double(host::Len(text)) * size * kCharWidth; }
+
+void AddRoom(Sides& room, const std::string& side, double extent) {
+    double& s = side == "l" ? room.left : side == "r" ? room.right : side == "t" ? room.top : room.bottom;
+    s = std::max(s, extent);
+}
+
+bool Vertical(const std::string& side) { return side == "l" || side == "r"; }
+
+// The side an axis stands on, and where its labels go: the far side for labels set high.
+std::string SideOf(pugi::xml_node axis, bool labels) {
+    std::string side = Val(axis, "axPos", LocalName(axis) == "valAx" ? "l" : "b");
+    if (!labels || Val(axis, "tickLblPos", "nextTo") != "high") return side;
+    return side == "l" ? "r" : side == "r" ? "l" : side == "t" ? "b" : "t";
+}
+
+// The groups that plot on an axis.
+std::vector<pugi::xml_node> GroupsOn(ChartDoc& doc, pugi::xml_node axis) {
+    std::vector<pugi::xml_node> out;
+    long id = LongOf(Val(axis, "axId", "0"));
+    for (auto g : Groups(doc))
+        for (auto a : ChildrenL(g, "axId"))
+            if (a.attribute("val").as_llong() == id) out.push_back(g);
+    return out;
+}
+
+std::vector<std::string> CachedTexts(pugi::xml_node data) {
+    std::vector<std::string> out;
+    for (auto ref : data.children())
+        for (auto cache : ref.children())
+            for (auto pt : ChildrenL(cache, "pt")) out.push_back(Kid(pt, "v").text().get());
+    return out;
+}
+
+// The labels of a value axis: its scale from the data (stacked groups add up) or as fixed, in
+// whole units, each in the format the axis shows.
+std::vector<std::string> ValueLabels(ChartDoc& doc, pugi::xml_node axis) {
+    bool horizontal = !Vertical(Val(axis, "axPos", "l"));
+    double low = 0, high = 0;
+    bool percent = false;
+    for (auto g : GroupsOn(doc, axis)) {
+        std::string grouping = Val(g, "grouping");
+        percent = percent || grouping == "percentStacked";
+        bool stacked = grouping == "stacked";
+        std::vector<double> sums;
+        for (auto ser : ChildrenL(g, "ser")) {
+            const char* data = Kid(ser, "val") ? "val" : horizontal ? "xVal" : "yVal";
+            auto cache = Kid(Kid(Kid(ser, data), "numRef"), "numCache");
+            if (!cache) cache = Kid(Kid(ser, data), "numLit");
+            for (auto pt : ChildrenL(cache, "pt")) {
+                double v = std::atof(Kid(pt, "v").text().get());
+                size_t i = pt.attribute("idx").as_uint();
+                if (stacked) {
+                    if (sums.size() <= i) sums.resize(i + 1);
+                    v = sums[i] += v;
+                }
+                low = std::min(low, v);
+                high = std::max(high, v);
+            }
+        }
+    }
+    std::string code = "General";
+    if (auto nf = Kid(axis, "numFmt")) code = nf.attribute("formatCode").value();
+    if (percent) {
+        low = std::max(low, -1.0);
+        high = 1;
+        code = "0%";
+    } else if (!Kid(axis, "numFmt") || Kid(axis, "numFmt").attribute("sourceLinked").as_bool()) {
+        if (std::string linked = SourceFormat(doc, axis); !linked.empty()) code = linked;
+    }
+    auto scaling = Kid(axis, "scaling");
+    if (Kid(scaling, "max")) high = Num(scaling, "max");
+    if (Kid(scaling, "min")) low = Num(scaling, "min");
+    double span = std::max(std::fabs(low), std::fabs(high));
+    if (span <= 0) span = 1;
+    double unit = Kid(axis, "majorUnit") ? Num(axis, "majorUnit") : 0;
+    if (unit <= 0) {
+        double mag = std::pow(10, std::floor(std::log10(span / 5)));
+        unit = 10 * mag;
+        for (double m : {1.0, 2.0, 5.0})
+            if (span / 5 <= m * mag) {
+                unit = m * mag;
+                break;
+            }
+    }
+    if (!Kid(scaling, "max")) high = std::ceil(high / unit) * unit;
+    if (!Kid(scaling, "min")) low = std::floor(low / unit) * unit;
+    std::vector<std::string> out;
+    for (double v = low; v <= high + unit / 2 && out.size() < 100; v += unit) {
+        try {
+            out.push_back(FormatNumber(code, std::fabs(v) < unit / 1e6 ? 0 : v));
+        } catch (const std::exception&) {
+            out.push_back(host::NumberToText(v));
+        }
+    }
+    return out;
+}
+
+std::vector<std::string> CategoryLabels(ChartDoc& doc, pugi::xml_node axis) {
+    for (auto g : GroupsOn(doc, axis))
+        for (auto ser : ChildrenL(g, "ser")) {
+            auto texts = CachedTexts(Kid(ser, Kid(ser, "cat") ? "cat" : "xVal"));
+            if (!texts.empty()) return texts;
+        }
+    return {};
+}
+
+bool Shown(pugi::xml_node axis) { return !BoolVal(axis, "delete", false); }
+
 }  // namespace
+
+Sides AxisLabelRoom(ChartDoc& doc) {
+    Sides room;
+    for (auto ax : doc.PlotArea(false).children()) {
+        if (!IsAxis(LocalName(ax)) || !Shown(ax) || Val(ax, "tickLblPos", "nextTo") == "none") continue;
+        std::string side = SideOf(ax, true);
+        double size = FontSizeIn(Kid(ax, "txPr"), 10);
+        if (!Vertical(side)) {
+            AddRoom(room, side, size * kLineHeight + kGap);
+            continue;
+        }
+        auto labels = LocalName(ax) == "valAx" ? ValueLabels(doc, ax) : CategoryLabels(doc, ax);
+        double widest = 0;
+        for (auto& text : labels) widest = std::max(widest, TextWidth(text, size));
+        AddRoom(room, side, widest + kGap);
+        // the labels at the ends stand half out over the ends
+        AddRoom(room, "t", size * kLineHeight / 2);
+        AddRoom(room, "b", size * kLineHeight / 2);
+    }
+    return room;
+}
+
+Sides AxisTitleRoom(ChartDoc& doc) {
+    Sides room;
+    for (auto ax : doc.PlotArea(false).children()) {
+        auto title = Kid(ax, "title");
+        if (!IsAxis(LocalName(ax)) || !Shown(ax) || !title) continue;
+        std::string side = SideOf(ax, false);
+        double size = FontSizeIn(Kid(title, "tx"), FontSizeIn(Kid(title, "txPr"), 10));
+        double lines = 0, widest = 0;
+        std::string text = RichText(doc, Kid(title, "tx"));
+        for (size_t from = 0, end; from <= text.size(); from = end + 1) {
+            end = std::min(text.find('\n', from), text.size());
+            widest = std::max(widest, TextWidth(text.substr(from, end - from), size));
+            ++lines;
+        }
+        Variant turn = TextOrientation(title, Vertical(side) ? host::xlUpward : host::xlHorizontal);
+        long t = host::CLng(turn);
+        bool upright = t == host::xlUpward || t == host::xlDownward || t == host::xlVertical || t == 90 || t == -90;
+        bool across = Vertical(side) == upright;
+        AddRoom(room, side, (across ? lines * size * kLineHeight : widest) + kGap);
+    }
+    return room;
+}
 
 void RelinkAxisFormats(ChartDoc& doc) {
     for (auto ax : doc.PlotArea(false).children()) {

@@ -453,9 +453,6 @@ private:
 const std::vector<std::string_view> kManualOrder = {"layoutTarget", "xMode", "yMode", "wMode", "hMode",
                                                     "x", "y", "w", "h", "extLst"};
 
-// Room the tick labels take between the plot area's outer box and the box the axes enclose.
-constexpr double kLabelsLeft = 25, kLabelsBottom = 15;
-
 struct Box {
     double left, top, width, height;
 };
@@ -467,16 +464,36 @@ public:
     double Top() override { return Outer().top; }
     double Width() override { return Outer().width; }
     double Height() override { return Outer().height; }
-    // The plot stays inside the chart: a place or size that would leave it is cut back, as the
-    // application does.
-    void SetLeft(double v) override { auto b = Outer(); b.left = std::clamp(v, 0.0, std::max(0.0, Size().width - b.width)); Place(b); }
-    void SetTop(double v) override { auto b = Outer(); b.top = std::clamp(v, 0.0, std::max(0.0, Size().height - b.height)); Place(b); }
-    void SetWidth(double v) override { auto b = Outer(); b.width = std::clamp(v, 0.0, std::max(0.0, Size().width - b.left)); Place(b); }
-    void SetHeight(double v) override { auto b = Outer(); b.height = std::clamp(v, 0.0, std::max(0.0, Size().height - b.top)); Place(b); }
-    double InsideLeft() override { return Outer().left + (HasAxes() ? kLabelsLeft : 0); }
-    double InsideTop() override { return Outer().top; }
-    double InsideWidth() override { return std::max(0.0, Outer().width - (HasAxes() ? kLabelsLeft : 0)); }
-    double InsideHeight() override { return std::max(0.0, Outer().height - (HasAxes() ? kLabelsBottom : 0)); }
+    // The plot stays inside the chart: a place or size that would take part of it out is cut back,
+    // one that would take all of it out (or a negative size) is refused, as the application does.
+    void SetLeft(double v) override {
+        auto b = Outer();
+        if (v + b.width < 0 || v > Size().width) Refuse("Unable to set the Left property of the PlotArea class");
+        b.left = std::clamp(v, 0.0, std::max(0.0, Size().width - b.width));
+        Place(b);
+    }
+    void SetTop(double v) override {
+        auto b = Outer();
+        if (v + b.height < 0 || v > Size().height) Refuse("Unable to set the Top property of the PlotArea class");
+        b.top = std::clamp(v, 0.0, std::max(0.0, Size().height - b.height));
+        Place(b);
+    }
+    void SetWidth(double v) override {
+        if (v < 0) Refuse("Unable to set the Width property of the PlotArea class");
+        auto b = Outer();
+        b.width = std::min(v, std::max(0.0, Size().width - b.left));
+        Place(b);
+    }
+    void SetHeight(double v) override {
+        if (v < 0) Refuse("Unable to set the Height property of the PlotArea class");
+        auto b = Outer();
+        b.height = std::min(v, std::max(0.0, Size().height - b.top));
+        Place(b);
+    }
+    double InsideLeft() override { return Inner(Outer()).left; }
+    double InsideTop() override { return Inner(Outer()).top; }
+    double InsideWidth() override { return Inner(Outer()).width; }
+    double InsideHeight() override { return Inner(Outer()).height; }
     Ref<host::Interior> Interior() override { return MakeInterior(d_, H()); }
     Ref<host::Border> Border() override { return MakeBorder(d_, H()); }
     Ref<host::ChartFillFormat> Fill() override { return MakeFill(d_, H()); }
@@ -501,8 +518,14 @@ private:
             if (IsAxis(LocalName(n))) return true;
         return false;
     }
-    // The box of a manual layout, else where the application puts the plot beside the title
-    // and the legend.
+    // The outer box holds the tick labels around the box the axes enclose.
+    Box Inner(Box b) {
+        Sides l = HasAxes() ? AxisLabelRoom(*d_) : Sides{};
+        return {b.left + l.left, b.top + l.top, std::max(0.0, b.width - l.left - l.right),
+                std::max(0.0, b.height - l.top - l.bottom)};
+    }
+    // The box of a manual layout, else where the application puts the plot beside the title,
+    // the axis titles and the legend.
     Box Outer() {
         Box s = Size();
         auto m = Kid(Kid(d_->PlotArea(false), "layout"), "manualLayout");
@@ -510,14 +533,15 @@ private:
             auto num = [&](const char* k) { return std::atof(Val(m, k, "0").c_str()); };
             Box b{num("x") * s.width, num("y") * s.height, num("w") * s.width, num("h") * s.height};
             if (Val(m, "layoutTarget", "outer") == "inner" && HasAxes()) {
-                b.left -= kLabelsLeft;
-                b.width += kLabelsLeft;
-                b.height += kLabelsBottom;
+                Sides l = AxisLabelRoom(*d_);
+                b = {b.left - l.left, b.top - l.top, b.width + l.left + l.right, b.height + l.top + l.bottom};
             }
             return b;
         }
         auto chart = d_->Chart(false);
-        double top = Kid(chart, "title") ? 30 : 7, left = 7, right = 7, bottom = 7;
+        Sides titles = AxisTitleRoom(*d_);
+        double top = (Kid(chart, "title") ? 30 : 7) + titles.top, left = 7 + titles.left, right = 7 + titles.right,
+               bottom = 7 + titles.bottom;
         if (auto legend = Kid(chart, "legend"); legend && !BoolVal(legend, "overlay", false)) {
             std::string pos = Val(legend, "legendPos", "r");
             if (pos == "r" || pos == "tr") right += 80;
@@ -527,12 +551,17 @@ private:
         }
         return {left, top, std::max(0.0, s.width - left - right), std::max(0.0, s.height - top - bottom)};
     }
+    // Written as the box the axes enclose, as the application writes it, so that readers put the
+    // labels and titles around it in the room left for them.
     void Place(Box b) {
         Box s = Size();
+        bool inner = HasAxes();
+        if (inner) b = Inner(b);
         auto pa = d_->PlotArea(true);
         auto layout = Ensure(pa, "layout", kPlotAreaOrder, d_->c);
         auto m = Ensure(layout, "manualLayout", {"manualLayout", "extLst"}, d_->c);
         RemoveL(m, "layoutTarget");
+        if (inner) SetVal(m, "layoutTarget", "inner", kManualOrder, d_->c);
         auto frac = [](double v, double of) { return host::NumberToText(std::clamp(v / of, 0.0, 1.0)); };
         SetVal(m, "xMode", "edge", kManualOrder, d_->c);
         SetVal(m, "yMode", "edge", kManualOrder, d_->c);

@@ -70,6 +70,8 @@ long PlotChartType(ChartDoc& doc);  // xlCombination for mixed groups
 void SetPlotChartType(ChartDoc& doc, long type);
 void SetSeriesChartType(ChartDoc& doc, pugi::xml_node ser, long type);
 void ConformSeriesTo(ChartDoc& doc, pugi::xml_node ser, long type);  // the children the group's family allows
+// The bubble sizes a series holds while its chart is of a type that draws none (made when make).
+pugi::xml_node HeldBubbleSizes(ChartDoc& doc, pugi::xml_node ser, bool make);
 void FixLabelPositions(pugi::xml_node group);  // drops label positions the family refuses
 // Linked axes carry the format they display, which a new type can change (100 % stacking).
 void RelinkAxisFormats(ChartDoc& doc);
@@ -126,6 +128,15 @@ Ref<host::ChartGroups> MakeChartGroups(DocPtr doc);
 Ref<host::ChartGroup> MakeChartGroup(DocPtr doc, long index);
 std::vector<pugi::xml_node> AllSeries(ChartDoc& doc);  // plot order across groups
 std::vector<pugi::xml_node> Groups(ChartDoc& doc);
+
+// Room on each side of the box the axes enclose: what their tick labels take, and beyond the
+// labels what their titles take. Estimated from the texts and their font sizes, as the
+// application makes room for them when it lays out the plot.
+struct Sides {
+    double left = 0, top = 0, right = 0, bottom = 0;
+};
+Sides AxisLabelRoom(ChartDoc& doc);
+Sides AxisTitleRoom(ChartDoc& doc);
 
 // Caches of a reference (c:numRef / c:strRef) filled from the cells it names.
 void FillCache(ChartDoc& doc, pugi::xml_node ref, bool numeric);  // c:numRef / c:strRef

@@ -187,6 +187,22 @@ std::vector<pugi::xml_node> Groups(ChartDoc& doc) {
     return out;
 }
 
+namespace {
+constexpr const char* kHeldSizesUri = "{C3A7E5D2-9B14-4F6A-8E21-7D4B0A96F1C8}";
+}
+
+pugi::xml_node HeldBubbleSizes(ChartDoc& doc, pugi::xml_node ser, bool make) {
+    pugi::xml_node ext;
+    for (auto e : ChildrenL(Kid(ser, "extLst"), "ext"))
+        if (std::string_view(e.attribute("uri").value()) == kHeldSizesUri) ext = e;
+    if (auto held = Kid(ext, "bubbleSize"); held || !make) return held;
+    if (!ext) {
+        ext = Ensure(ser, "extLst", kSerOrder, doc.c).append_child(doc.C("ext").c_str());
+        ext.append_attribute("uri") = kHeldSizesUri;
+    }
+    return ext.append_child(doc.C("bubbleSize").c_str());
+}
+
 // ---------------------------------------------------------------- new parts
 
 std::string NewChartPart(Book& book) {
@@ -610,10 +626,33 @@ void Rename(pugi::xml_node n, std::string_view local, ChartDoc& doc) {
     n.set_name(name.c_str());
 }
 
+// A series keeps its bubble sizes through a type that draws none and shows them again when the
+// chart turns back into a bubble chart: the older application's road to a bubble chart runs
+// through the scatter type.
+void HoldBubbleSizes(pugi::xml_node ser, ChartDoc& doc) {
+    auto sizes = Kid(ser, "bubbleSize");
+    if (!sizes) return;
+    auto held = HeldBubbleSizes(doc, ser, true);
+    held.parent().insert_move_after(sizes, held);
+    held.parent().remove_child(held);
+}
+
+void RestoreBubbleSizes(pugi::xml_node ser, ChartDoc& doc) {
+    auto held = HeldBubbleSizes(doc, ser, false);
+    if (!held) return;
+    auto ext = held.parent();
+    if (!Kid(ser, "bubbleSize")) MoveInto(ser, held, kSerOrder, doc.c);
+    auto list = ext.parent();
+    list.remove_child(ext);
+    if (!list.first_child()) ser.remove_child(list);
+}
+
 // Makes a series fit the family: category/value children renamed, children the family lacks
 // dropped, the family's marks (explosion, markers, smoothing) set.
 void ConformSeries(pugi::xml_node ser, const TypeSpec& typeSpec, ChartDoc& doc) {
     bool xy = XY(typeSpec.family);
+    if (typeSpec.family == Family::Bubble) RestoreBubbleSizes(ser, doc);
+    else HoldBubbleSizes(ser, doc);
     for (auto ch : ser.children()) {
         if (ch.type() != pugi::node_element) continue;
         auto l = LocalName(ch);
@@ -671,6 +710,17 @@ void ConformSeries(pugi::xml_node ser, const TypeSpec& typeSpec, ChartDoc& doc) 
         for (auto dpt : ChildrenL(ser, "dPt"))
             SetVal(dpt, "bubble3D", on, {"idx", "invertIfNegative", "marker", "bubble3D", "explosion", "spPr"}, doc.c);
     }
+}
+
+// The missing line of a markers-only scatter series joins no points; for a type whose series
+// line is an outline it is no choice of the user's, so the outline comes back.
+void DropScatterLine(pugi::xml_node ser, const TypeSpec& typeSpec) {
+    if (typeSpec.family == Family::Scatter || typeSpec.family == Family::Line || typeSpec.family == Family::Radar) return;
+    auto sp = Kid(ser, "spPr");
+    auto ln = Kid(sp, "ln");
+    if (!ln || !Kid(ln, "noFill") || ln.first_child() != ln.last_child()) return;
+    sp.remove_child(ln);
+    if (!sp.first_child()) ser.remove_child(sp);
 }
 
 pugi::xml_node FillIn(pugi::xml_node parent) {
@@ -930,8 +980,10 @@ void SetPlotChartType(ChartDoc& doc, long type) {
     auto axes = PrepareAxes(doc, typeSpec, oldAxes);
     auto g = BuildGroup(doc, typeSpec, groups.empty() ? pugi::xml_node() : groups[0], axes);
     for (auto s : series) {
+        bool fromScatter = LocalName(s.parent()) == "scatterChart";
         MoveInto(g, s, kGroupOrder, doc.c);
         ConformSeries(s, typeSpec, doc);
+        if (fromScatter) DropScatterLine(s, typeSpec);
         PaintSeries(s, typeSpec, doc, g);
     }
     if (dLbls) MoveInto(g, dLbls, kGroupOrder, doc.c);

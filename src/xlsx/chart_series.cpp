@@ -1055,8 +1055,14 @@ public:
         Live();
         d_->Touch();
         auto g = ser_.parent();
+        std::string idx = Val(ser_, "idx", "0");
         g.remove_child(ser_);
         ser_ = pugi::xml_node();
+        // its legend entry goes with it, so that a later series of its number shows again
+        bool none = AllSeries(*d_).empty();
+        auto legend = Kid(d_->Chart(false), "legend");
+        for (auto e : ChildrenL(legend, "legendEntry"))
+            if (none || Val(e, "idx", "-1") == idx) legend.remove_child(e);
         // a group left empty goes when others remain
         if (ChildrenL(g, "ser").empty() && Groups(*d_).size() > 1) g.parent().remove_child(g);
     }
@@ -1092,9 +1098,13 @@ private:
         if (LocalName(ser_.parent()) != "bubbleChart") Refuse(refusal);
     }
     pugi::xml_node SizesData() {
-        Bubbles("Unable to set the BubbleSizes property of the Series class");
+        Live();
+        // The older application takes sizes on a series of any type and draws them once the chart
+        // is a bubble chart.
+        bool bubbles = LocalName(ser_.parent()) == "bubbleChart";
+        if (!bubbles && host::Val(d_->book.app().Version()) >= 12) Refuse("Unable to set the BubbleSizes property of the Series class");
         d_->Touch();
-        return Ensure(ser_, "bubbleSize", kSerOrder, d_->c);
+        return bubbles ? Ensure(ser_, "bubbleSize", kSerOrder, d_->c) : HeldBubbleSizes(*d_, ser_, true);
     }
     void SetValuesRef(const std::string& a1) { SetRef(*d_, Data(false), a1, true); }
     void SetXValuesRef(const std::string& a1) { SetRef(*d_, Data(true), a1, AllNumbers(*d_, a1)); }

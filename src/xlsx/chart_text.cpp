@@ -718,8 +718,14 @@ public:
         default: return (s.h - Height()) / 2;
         }
     }
-    void SetLeft(double v) override { Place(v, Top()); }
-    void SetTop(double v) override { Place(Left(), v); }
+    void SetLeft(double v) override {
+        if (v + Width() < 0 || v > SizeOf(*d_).w) Refuse("Unable to set the Left property of the Legend class");
+        Place(v, Top());
+    }
+    void SetTop(double v) override {
+        if (v + Height() < 0 || v > SizeOf(*d_).h) Refuse("Unable to set the Top property of the Legend class");
+        Place(Left(), v);
+    }
     double Width() override {
         auto w = Frac("w");
         if (Manual() && w > 0) return w * SizeOf(*d_).w;

@@ -679,8 +679,10 @@ void Drawing::SetRect(const ShapeNodes& s, const PointRect& asked) {
     auto x = Xfrm(s.el);
     PointRect r = asked;
     if (InChart() && !InGroup(s.el)) {
-        // a shape stays inside its chart, as the application keeps it
+        // a shape stays inside its chart, as the application keeps it; a place wholly outside is
+        // refused
         auto size = chartSize_();
+        if (r.x + r.w < 0 || r.x > size.w || r.y + r.h < 0 || r.y > size.h) Refuse("The specified value is out of range.");
         r.w = std::min(r.w, size.w);
         r.h = std::min(r.h, size.h);
         r.x = std::clamp(r.x, 0.0, size.w - r.w);

@@ -96,30 +96,56 @@ TEST(BubbleDrawing, OneSeriesPerRowColouredByKeyWithADrawnLegend) {
     EXPECT_EQ(ShapeNames(w.f.FindChartObject("VEX_Chart1", "Sheet1")), std::vector<std::string>{"VEX_Legend"});
 }
 
-TEST(BubbleDrawing, TheOlderHostUsesTheBuiltInLegend) {
-    BuilderWorld w;
-    w.app = xlsx::NewApplication(xlsx::EngineOptions{"11.0"});
-    w.c.oApplication = w.app;
-    w.c.oWorkbook = w.app->NewWorkbook();
-    w.Table("Data1", {{"Name", "Colour", "X", "Y", "Size"},
-                      {"A", "Red", 1.0, 2.0, 3.0},
-                      {"B", "Red", 2.0, 3.0, 1.0},
-                      {"Loose", Variant(), 20.0, 1.0, 0.5}});
-    w.Sheet("Sheet1")->Activate();
-    w.Chart(Def("VEX_Chart1", "bubble",
-                kPlot + "<dynamic-attributes><attribute setting=\"3D\"/></dynamic-attributes>"
-                        "<auto-persistence><persist property=\"legend-visibility\" value=\"show\"/></auto-persistence>"));
-    w.b.PopulateChart("VEX_Chart1");
-    EXPECT_TRUE(w.dialogs.messages.empty()) << w.dialogs.Texts()[0];
-    auto chart = w.ChartObject("VEX_Chart1");
-    EXPECT_EQ(chart->ChartType(), host::xlBubble3DEffect);
-    EXPECT_TRUE(chart->HasLegend());
-    EXPECT_EQ(chart->Shapes()->Count(), 0);
-    // Rows of one key share one legend entry; a row without a key is a placeholder on the first
-    // cell. Its sizes were refused: the chart wasn't a bubble chart yet on this road.
-    EXPECT_EQ(chart->Legend()->LegendEntries()->Count(), 2);
-    EXPECT_EQ(chart->SeriesCollection(3L)->Formula(), "=SERIES(,VEX_ChartData!$A$1,VEX_ChartData!$A$1,3)");
-    w.SaveValidateAndReopen("bubble-older-host");
+// The older host reaches the bubble type through the scatter type, after the series exist: new and
+// refreshed, its bubbles are those of the later host, sizes and all; only the legend differs.
+TEST(BubbleDrawing, TheOlderHostDrawsTheSameBubblesWithTheBuiltInLegend) {
+    auto Draw = [](const std::string& version) {
+        BuilderWorld w;
+        w.app = xlsx::NewApplication(xlsx::EngineOptions{version});
+        w.c.oApplication = w.app;
+        w.c.oWorkbook = w.app->NewWorkbook();
+        w.Table("Data1", {{"Name", "Colour", "X", "Y", "Size"},
+                          {"A", "Red", 1.0, 2.0, 3.0},
+                          {"B", "Red", 2.0, 3.0, 1.0},
+                          {"Loose", Variant(), 20.0, 1.0, 0.5}});
+        w.Sheet("Sheet1")->Activate();
+        w.Chart(Def("VEX_Chart1", "bubble",
+                    kPlot + "<dynamic-attributes><attribute setting=\"3D\"/></dynamic-attributes>"
+                            "<auto-persistence><persist property=\"legend-visibility\" value=\"show\"/></auto-persistence>"));
+        std::vector<std::string> formulas, outlines;
+        for (int pass = 1; pass <= 2; ++pass) {
+            w.b.PopulateChart("VEX_Chart1");
+            EXPECT_TRUE(w.dialogs.messages.empty()) << w.dialogs.Texts()[0];
+            w.f.SaveChartDefinition(w.c.colCharts->Item("VEX_Chart1"));
+            w.SaveValidateAndReopen("bubble-host-" + version + "-" + std::to_string(pass));
+            w.Forget();
+            auto chart = w.f.FindChartObject("VEX_Chart1", "Sheet1");
+            EXPECT_EQ(chart->ChartType(), host::xlBubble3DEffect);
+            for (auto& s : host::Each(*chart->SeriesCollection())) {
+                formulas.push_back(s->Formula());
+                outlines.push_back(host::CStr(s->Border()->LineStyle()) + " " + host::CStr(s->Border()->Weight()));
+            }
+            if (version == "11.0") {
+                // Rows of one key share one entry of the built-in legend.
+                EXPECT_TRUE(chart->HasLegend());
+                EXPECT_EQ(chart->Shapes()->Count(), 0);
+                EXPECT_EQ(chart->Legend()->LegendEntries()->Count(), 2);
+            }
+        }
+        return std::make_pair(formulas, outlines);
+    };
+    auto [older, olderOutlines] = Draw("11.0");
+    auto [later, laterOutlines] = Draw("16.0");
+    EXPECT_EQ(older, later);
+    EXPECT_EQ(olderOutlines, laterOutlines) << "the scatter type's missing line is no outline";
+    // A row without a key is a placeholder on the data sheet's first cell.
+    std::vector<std::string> bubbles = {
+        "=SERIES(\"Red\",VEX_ChartData!$D$2,VEX_ChartData!$E$2,1,VEX_ChartData!$F$2)",
+        "=SERIES(\"Red\",VEX_ChartData!$D$3,VEX_ChartData!$E$3,2,VEX_ChartData!$F$3)",
+        "=SERIES(,VEX_ChartData!$A$1,VEX_ChartData!$A$1,3,VEX_ChartData!$A$1)"};
+    auto twice = bubbles;
+    twice.insert(twice.end(), bubbles.begin(), bubbles.end());
+    EXPECT_EQ(older, twice) << "new, then refreshed";
 }
 
 TEST(BucketDrawing, StackedItemsAndARedDashPerBucket) {
@@ -171,4 +197,49 @@ TEST(BucketDrawing, StackedItemsAndARedDashPerBucket) {
     EXPECT_EQ(host::CLng(chart->SeriesCollection(3L)->Interior()->Color()),
               host::CLng(chart->SeriesCollection(1L)->Interior()->Color()));
     w.SaveValidateAndReopen("bucket-drawing");
+}
+
+// With the drawn legend the plot area takes a fixed place: its inner box leaves room on the left for
+// the value labels and the upright value title, below for the labels and the title of the other
+// axis, and the legend stands right of the plot, inside the chart.
+TEST(BubbleDrawing, AxisTitlesAndTheLegendStandBesideThePlot) {
+    BuilderWorld w;
+    w.Table("Data1", {{"Name", "Colour", "X", "Y", "Size", "Bucket"},
+                      {"A", "Red", 1500.0, 64000.0, 3.0, "Core"},
+                      {"B", "Blue", 2500.0, 38000.0, 1.0, "Growth"}});
+    auto r = w.AddSheet("Ranges");
+    w.Row(r, 1, 1, {"Targets"});
+    w.Row(r, 3, 1, {"Bucket", "Y"});
+    w.Row(r, 4, 1, {"Growth", 50000.0});
+    w.Row(r, 5, 1, {"Core", 70000.0});
+    w.Name("VEX_SBTargets", "=Ranges!$A$1:$B$5");
+    w.Sheet("Sheet1")->Activate();
+    const std::string axes = "<axes><axis type=\"label\" label=\"Units sold\"/><axis type=\"value\" label=\"Revenue\"/></axes>";
+    w.Chart(Def("VEX_Chart1", "bubble", kPlot + axes, " title=\"Bubbles\""));
+    w.Chart(Def("VEX_Chart2", "strategic bucket",
+                Group("categories", "rows", {"Name"}) + Group("series", "rows", {"Colour"}) + axes,
+                " strategic-bucket-table-id=\"VEX_SBTargets\" title=\"Buckets\""));
+    for (auto id : {"VEX_Chart1", "VEX_Chart2"}) {
+        w.b.PopulateChart(id);
+        w.f.SaveChartDefinition(w.c.colCharts->Item(id));
+    }
+    EXPECT_TRUE(w.dialogs.messages.empty()) << w.dialogs.Texts()[0];
+    w.SaveValidateAndReopen("drawing-layout");
+    w.Forget();
+    for (auto id : {"VEX_Chart1", "VEX_Chart2"}) {
+        SCOPED_TRACE(id);
+        auto chart = w.f.FindChartObject(id, "Sheet1");
+        ASSERT_TRUE(chart);
+        auto plot = chart->PlotArea();
+        ASSERT_EQ(plot->Position(), host::xlChartElementPositionCustom);
+        // At 10 points: a line of each title, "70000" of at least half an em per digit, the
+        // labels of the other axis a line high.
+        EXPECT_GE(plot->InsideLeft(), 7 + 10 + 5 * 5);
+        EXPECT_GE(plot->Left(), 7 + 10);
+        double below = chart->ChartArea()->Height() - plot->InsideTop() - plot->InsideHeight();
+        EXPECT_GE(below, 7 + 10 + 10);
+        auto legend = chart->Shapes()->Item("VEX_Legend");
+        EXPECT_GE(legend->Left(), plot->Left() + plot->Width());
+        EXPECT_LE(legend->Left() + legend->Width(), chart->ChartArea()->Width());
+    }
 }

@@ -193,6 +193,27 @@ TEST(Drawing, TitlesAxisTitlesLabelsAndTheLegendOfABarAndAColumnChart) {
     EXPECT_FALSE(charts[3]->HasLegend()) << "hide beats the series headings";
 }
 
+// Half a stored place: the unset half (-1E+50) is refused by the host, and that side of the legend
+// stays where the legend's position put it.
+TEST(Drawing, ALegendWithHalfAPlaceKeepsTheOtherHalf) {
+    BuilderWorld w;
+    SalesTable(w);
+    w.Chart(Def("VEX_Chart1", "column", kByRegionAndProduct + Persisted({{"legend-visibility", "show"}})));
+    w.Chart(Def("VEX_Chart2", "column",
+                kByRegionAndProduct + Persisted({{"legend-visibility", "show"}, {"legend-left", "20"}})));
+    w.Chart(Def("VEX_Chart3", "column",
+                kByRegionAndProduct + Persisted({{"legend-visibility", "show"}, {"legend-top", "30"}})));
+    for (auto id : {"VEX_Chart1", "VEX_Chart2", "VEX_Chart3"}) w.b.PopulateChart(id);
+    EXPECT_TRUE(w.dialogs.messages.empty()) << w.dialogs.Texts()[0];
+    auto charts = Reopened(w, "drawing-half-place", {"VEX_Chart1", "VEX_Chart2", "VEX_Chart3"});
+    auto placed = charts[0]->Legend();
+    EXPECT_GT(placed->Top(), 30);
+    EXPECT_DOUBLE_EQ(charts[1]->Legend()->Left(), 20);
+    EXPECT_NEAR(charts[1]->Legend()->Top(), placed->Top(), 0.01);
+    EXPECT_DOUBLE_EQ(charts[2]->Legend()->Top(), 30);
+    EXPECT_NEAR(charts[2]->Legend()->Left(), placed->Left(), 0.01);
+}
+
 TEST(Drawing, EveryPieTypeWithItsLabelsAndLegend) {
     struct Case {
         std::vector<std::string> settings;

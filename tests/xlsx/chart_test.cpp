@@ -553,6 +553,12 @@ TEST(ChartBuild, SeriesFormatsAndLayoutWrittenInPlace) {
     legend->SetLeft(300);
     EXPECT_NEAR(legend->Left(), 300, 0.01);
     EXPECT_NEAR(legend->Top(), 40, 0.01);
+    // a place wholly outside the chart, or a negative size, is refused and the old value stays
+    EXPECT_EQ(ErrorNumberOf([&] { legend->SetTop(-1E+50); }), 1004);
+    EXPECT_EQ(ErrorNumberOf([&] { legend->SetLeft(c->ChartArea()->Width() + 1); }), 1004);
+    EXPECT_NEAR(legend->Top(), 40, 0.01);
+    EXPECT_EQ(ErrorNumberOf([&] { c->PlotArea()->SetWidth(-1); }), 1004);
+    EXPECT_EQ(ErrorNumberOf([&] { c->PlotArea()->SetTop(-1E+50); }), 1004);
     EXPECT_EQ(legend->LegendEntries()->Count(), 2);
     legend->LegendEntries(1)->Delete();
     EXPECT_EQ(legend->LegendEntries()->Count(), 1);
@@ -849,6 +855,9 @@ void DrawLegend(Ref<Chart> c, const std::vector<std::pair<std::string, long>>& e
     plot->SetWidth(plot->Width() - plot->Left() - group->Width() + 10);
     group->SetLeft(plot->Left() + plot->Width() + 10);
     group->SetTop(plot->Top() + plot->Height() / 2 - group->Height() / 2);
+    double placed = group->Top();
+    EXPECT_EQ(ErrorNumberOf([&] { group->SetTop(-1E+50); }), 1004) << "no place outside the chart";
+    EXPECT_EQ(group->Top(), placed);
 }
 
 Ref<Chart> BuildBubbles(Ref<Worksheet> ws, Ref<Worksheet> data, double left, double top, bool threeD) {
