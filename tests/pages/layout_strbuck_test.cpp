@@ -40,6 +40,7 @@ TEST(LayoutStrBuck, TheBucketTableFillsTheGridAndNamesTheAxesUntilTheUserTypes) 
             EXPECT_EQ(Cells(Ctl<Grid>(f, "grdBuckets")),
                       (std::vector<std::vector<std::string>>{{"Bucket", "Budget"}, {"GROW", "15"}, {"KEEP", "1,234"}}));
             EXPECT_DOUBLE_EQ(Ctl<Grid>(f, "grdBuckets").ColWidth(0), 0.6 * Ctl<Grid>(f, "grdBuckets").ClientWidth());
+            EXPECT_EQ(Ctl<Grid>(f, "grdBuckets").ColAlignment(1), Grid::flexAlignRightCenter) << "values stand right";
             EXPECT_EQ(Ctl<TextBox>(f, "txtHAxis").Text(), "Bucket");
             EXPECT_EQ(Ctl<TextBox>(f, "txtVAxis").Text(), "Budget");
             EXPECT_EQ(Ctl<ComboBox>(f, "cboCategories").Text(), "Project");
