@@ -4,7 +4,15 @@
 // options (define).
 #include <CLI/CLI.hpp>
 #include <QApplication>
+#include <unistd.h>
+
 #include <algorithm>
+#include <condition_variable>
+#include <filesystem>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <thread>
 #include <cstdio>
 #include <fstream>
 #include <functional>
@@ -15,24 +23,23 @@
 
 #include <fmt/format.h>
 
-#include "builder/ps_chart_builder.h"
+#include "csv_input.h"
 #include "common/clock.h"
-#include "common/common_functions.h"
 #include "common/constants.h"
 #include "controller/plotsmith_controller.h"
-#include "dom/document.h"
-#include "metadata/ps_functions.h"
 #include "forms/form.h"
 #include "forms/headless.h"
 #include "forms_qt/qt_frontend.h"
 #include "host/constants.h"
 #include "host/error.h"
 #include "host/workbook.h"
-#include "xlsx/book.h"
-#include "xlsx/engine.h"
+#include "session/session.h"
 #include "xlsx/package.h"
 
 namespace {
+
+// Input the command can't take: one line on standard error, exit status 2, nothing saved.
+using BadInput = session::Refused;
 
 const char* VisibilityText(long v) {
     switch (v) {
@@ -42,73 +49,19 @@ const char* VisibilityText(long v) {
     }
 }
 
-std::string Attr(const dom::Node& n, const char* name) {
-    auto v = n.getAttribute(name);
-    return v.IsNull() ? std::string{} : host::CStr(v);
-}
-
-// The columns of a table document of one kind, by name, comma separated.
-std::string Columns(const dom::Node& table, const char* kind) {
+std::string Listed(const std::vector<std::string>& names) {
     std::string out;
-    for (auto col : table.selectNodes(kind)) {
-        if (!out.empty()) out += ", ";
-        out += Attr(col, "name");
-    }
+    for (auto& n : names) out += (out.empty() ? "" : ", ") + n;
     return out.empty() ? "-" : out;
 }
 
-// The component over an open workbook, with its tables and, with charts, its chart definitions
-// loaded as a run loads them.
-ps::Component& Loaded(ps::Component& c, const host::Ref<xlsx::EngineApplication>& app,
-                      const host::Ref<host::Workbook>& book, bool charts = true) {
-    c.oApplication = app;
-    c.oWorkbook = book;
-    c.functions->RetrieveTableDefinitions();
-    if (charts) c.functions->RetrieveChartDefinitions();
-    return c;
+void PrintChart(const session::Chart& ch) {
+    fmt::print("{}  \"{}\"  {}  on {}\n", ch.id, ch.name, ch.type, ch.sheet);
 }
 
-// The component as a host add-in holds it. Nobody answers pages at the command line: a page that
-// comes up closes as cancelled, and messages go to standard error.
-struct ComponentHost {
-    forms::CallbackDriver nobody{nullptr};
-    forms::HeadlessFrontEnd frontEnd{nobody};
-    forms::StderrDialogs dialogs;
-    ps::SystemClock clock;
-    ps::CPlotsmithController entry{frontEnd, dialogs, clock};
-    ps::Component& c = entry.component();
-
-    ComponentHost(const host::Ref<xlsx::EngineApplication>& app, const host::Ref<host::Workbook>& book) {
-        Loaded(c, app, book);
-    }
-    ComponentHost() = default;
-};
-
-// Tables and charts as the component finds them; the workbook on disk is not changed.
-void ListComponent(const host::Ref<xlsx::EngineApplication>& app, const host::Ref<host::Workbook>& book) {
-    ComponentHost host(app, book);
-    auto& c = host.c;
-    fmt::print("Tables ({}):\n", c.colTables->Count());
-    for (auto& doc : *c.colTables) {
-        auto t = doc->documentElement();
-        bool range = Attr(t, "header-row-count") == "3";
-        fmt::print("  {}  \"{}\"  on {}  {}{}\n", Attr(t, "id"), Attr(t, "name"), Attr(t, "table-worksheet"),
-                   range ? "range table" : "data sheet", Attr(t, "is-bucket-candidate") == "yes" ? ", bucket candidate" : "");
-        fmt::print("      labels: {}\n      numbers: {}\n", Columns(t, "label-column"), Columns(t, "number-column"));
-    }
-    fmt::print("Charts ({}):\n", c.colCharts->Count());
-    for (auto& doc : *c.colCharts) {
-        auto ch = doc->documentElement();
-        std::string state = Attr(ch, "table-corrupted") == "yes" ? "unavailable: its table no longer fits"
-                            : Attr(ch, "chart-area-crosshatched") == "yes" ? "unavailable"
-                                                                             : "available";
-        fmt::print("  {}  \"{}\"  {}  on {}  from {} ({})  {}\n", Attr(ch, "id"), Attr(ch, "name"), Attr(ch, "type"),
-                   Attr(ch, "chart-worksheet"), Attr(ch, "table-id"), Attr(ch, "table-worksheet"), state);
-    }
-}
-
-int List(const host::Ref<xlsx::EngineApplication>& app, const std::string& path) {
-    auto book = app->Open(path);
+// Sheets, names, then tables and charts as the component finds them; nothing is saved.
+int List(session::Workbook& wb) {
+    auto book = wb.Book();
     auto sheets = book->Sheets();
     fmt::print("Workbook: {}\n", book->Name());
     fmt::print("Sheets ({}):\n", sheets->Count());
@@ -123,191 +76,153 @@ int List(const host::Ref<xlsx::EngineApplication>& app, const std::string& path)
         auto n = names->Item(i);
         fmt::print("  {:<31}  {}\n", n->Name_(), n->RefersTo());
     }
-    ListComponent(app, book);
+    auto tables = wb.Tables();
+    fmt::print("Tables ({}):\n", tables.size());
+    for (auto& t : tables) {
+        fmt::print("  {}  \"{}\"  on {}  {}{}\n", t.id, t.name, t.sheet, t.rangeTable ? "range table" : "data sheet",
+                   t.bucketCandidate ? ", bucket candidate" : "");
+        fmt::print("      labels: {}\n      numbers: {}\n", Listed(t.labels), Listed(t.numbers));
+    }
+    auto charts = wb.Charts();
+    fmt::print("Charts ({}):\n", charts.size());
+    for (auto& ch : charts)
+        fmt::print("  {}  \"{}\"  {}  on {}  from {} ({})  {}\n", ch.id, ch.name, ch.type, ch.sheet, ch.table,
+                   ch.tableSheet, ch.state);
     return 0;
 }
 
-// Runs one entry operation on a workbook the way a host add-in would, then saves the workbook in
-// place. The component reports its own messages (standard error); it never fails the host.
-int RunOperation(xlsx::EngineApplication& app, const std::string& path,
-                 const std::function<void(ps::CPlotsmithController&)>& operation) {
-    auto book = app.Open(path);
-    ComponentHost host;
-    operation(host.entry);
-    book->Save();
-    return 0;
+std::string ReadInput(const std::string& path) {
+    if (path == "-") return std::string(std::istreambuf_iterator<char>(std::cin), {});
+    std::ifstream in(path, std::ios::binary);
+    if (!in) throw BadInput(fmt::format("cannot read '{}'", path));
+    return std::string(std::istreambuf_iterator<char>(in), {});
 }
 
-// ---------------------------------------------------------------- add and export
+// OLD=NEW arguments. Neither name may be empty: charts over a column without a name would stay
+// unavailable, with no rename back.
+std::vector<session::Rename> ParseRenames(const std::vector<std::string>& args) {
+    std::vector<session::Rename> renames;
+    for (auto& r : args) {
+        auto eq = r.find('=');
+        if (eq == std::string::npos || eq == 0 || eq + 1 == r.size())
+            throw BadInput(fmt::format("a rename is OLD=NEW, not '{}'", r));
+        renames.emplace_back(r.substr(0, eq), r.substr(eq + 1));
+    }
+    return renames;
+}
 
-// Input the command can't take: one line on standard error, exit status 2, nothing saved.
-struct BadInput : std::runtime_error {
-    using std::runtime_error::runtime_error;
+// ---------------------------------------------------------------- long work
+
+// Chart n of N and its name on standard error, drawn over in place as each chart begins.
+class Progress {
+public:
+    // The charts of one table (its id or name), or all with an empty table.
+    Progress(session::Workbook& wb, const std::string& table) {
+        std::string id;
+        for (auto& t : wb.Tables())
+            if (t.id == table || host::UCase(t.id) == host::UCase(table) || host::UCase(t.name) == host::UCase(table)) id = t.id;
+        for (auto& ch : wb.Charts())
+            if (table.empty() || ch.table == id) names_[ch.id] = ch.name;
+        wb.OnChartStarted([this](const std::string& chartID) { Started(chartID); });
+    }
+    ~Progress() { Clear(); }
+    // Takes the bar off the line, for a message; the next chart draws it again.
+    void Clear() {
+        if (!drawn_) return;
+        std::fputs("\r\033[K", stderr);
+        std::fflush(stderr);
+        drawn_ = false;
+    }
+
+private:
+    void Started(const std::string& chartID) {
+        size_t total = std::max(names_.size(), ++done_);
+        constexpr size_t width = 24;
+        size_t filled = width * (done_ - 1) / total;
+        std::string bar = std::string(filled, '#') + std::string(width - filled, '-');
+        auto it = names_.find(chartID);
+        fmt::print(stderr, "\r\033[K[{}] {}/{} {}", bar, done_, total, it != names_.end() ? it->second : chartID);
+        std::fflush(stderr);
+        drawn_ = true;
+    }
+    std::map<std::string, std::string> names_;
+    size_t done_ = 0;
+    bool drawn_ = false;
 };
 
-// The guards every operation passes (structure protected, shared workbook), before anything is placed.
-void RefuseUnlessOpenToCharts(const host::Ref<xlsx::EngineApplication>& app) {
-    ComponentHost host;
-    if (std::string refusal = host.entry.WorkbookRefusal(app); !refusal.empty()) throw BadInput(refusal);
-}
-
-const char* const aChartTypes[] = {"area", "bar", "column", "pie", "bubble", "strategic bucket", "unknown"};
-
-// The chart documents of a definition file: one `chart`, or the `charts` that export prints for all.
-std::vector<dom::DocumentRef> ReadDefinitions(ps::Component& c, const std::string& path) {
-    std::string text;
-    if (path == "-") {
-        text.assign(std::istreambuf_iterator<char>(std::cin), {});
-    } else {
-        std::ifstream in(path, std::ios::binary);
-        if (!in) throw BadInput(fmt::format("cannot read '{}'", path));
-        text.assign(std::istreambuf_iterator<char>(in), {});
-    }
-    auto doc = c.functions->ParseChartDefinition(text);
-    if (!doc) throw BadInput(fmt::format("'{}' is not XML", path));
-    auto root = doc->documentElement();
-    std::vector<dom::DocumentRef> out;
-    if (root && root.nodeName() == "chart") {
-        out.push_back(doc);
-    } else if (root && root.nodeName() == "charts") {
-        for (auto chart : root.selectNodes("chart")) out.push_back(c.functions->ParseChartDefinition(chart.xml()));
-    }
-    if (out.empty()) throw BadInput(fmt::format("'{}' holds no chart definition", path));
-    return out;
-}
-
-// Refuses what the Source Table page would never let through: a type it doesn't know, a table
-// the workbook doesn't have.
-void CheckDefinition(ps::Component& c, const dom::DocumentRef& doc, const std::string& bookPath) {
-    auto chart = doc->documentElement();
-    std::string name = Attr(chart, "name"), type = Attr(chart, "type");
-    if (std::find(std::begin(aChartTypes), std::end(aChartTypes), type) == std::end(aChartTypes))
-        throw BadInput(fmt::format("chart '{}' has type '{}', which is none of area, bar, column, pie, bubble, "
-                                   "strategic bucket",
-                                   name, type));
-    // The store keeps a definition in one cell; what a cell can't hold would leave a chart without one.
-    if (long length = host::Len(doc->xml()); length > ps::lMaxDefinitionLength)
-        throw BadInput(fmt::format("chart '{}' has a definition of {} characters; a workbook cell holds at most {}",
-                                   name, length, ps::lMaxDefinitionLength));
-    std::vector<std::string> tables{Attr(chart, "table-id")};
-    if (type == "strategic bucket") tables.push_back(Attr(chart, "strategic-bucket-table-id"));
-    for (auto& table : tables)
-        if (!ps::CommonFunctions::CollectionHasKey(table, c.colTables))
-            throw BadInput(fmt::format("chart '{}' draws from table '{}', which '{}' doesn't have", name, table, bookPath));
-}
-
-// The sheet a chart is to stand on: an existing visible worksheet, or with newSheet one made as
-// the Chart Location page makes it. Answers the sheet's name as the workbook spells it.
-std::string ChartSheet(ps::Component& c, const std::string& sheet, bool newSheet, const std::string& bookPath) {
-    auto& cf = *c.common;
-    if (newSheet) {
-        if (sheet.empty()) throw BadInput("Please provide a name for the new worksheet");
-        if (cf.SheetExists(sheet))
-            throw BadInput("Worksheet name is already in use. Please enter a different name for the worksheet.");
-        if (!c.functions->CreateChartWorksheet(sheet))
-            throw BadInput("Invalid worksheet name. Please enter a valid name for the worksheet.");
-        return sheet;
-    }
-    host::Ref<host::Worksheet> ws;
-    try {
-        ws = c.oWorkbook->Worksheets()->Item(sheet);
-    } catch (const host::Error&) {
-        throw BadInput(fmt::format("'{}' has no worksheet '{}' (--new-sheet makes one)", bookPath, sheet));
-    }
-    // The page offers visible worksheets only.
-    if (ws->Visible() != host::xlSheetVisible) throw BadInput(fmt::format("worksheet '{}' is hidden", ws->Name()));
-    return ws->Name();
-}
-
-// "VEX_Chart" and a whole number from 1, as NextChartID makes them.
-bool IsChartID(const std::string& id) {
-    std::string number = host::Mid(id, host::Len(ps::sChartIDPrefix) + 1);
-    return host::Left(id, host::Len(ps::sChartIDPrefix)) == ps::sChartIDPrefix && !number.empty() &&
-           number[0] != '0' && number.find_first_not_of("0123456789") == std::string::npos;
-}
-
-// Places each definition as the Chart Location page's last steps do, with a new id and a free
-// name where the definition's are taken, draws it, and saves the workbook.
-int Add(const host::Ref<xlsx::EngineApplication>& app, const std::string& path, const std::string& definitionPath,
-        const std::string& sheet, bool newSheet) {
-    auto book = app->Open(path);
-    RefuseUnlessOpenToCharts(app);
-    ComponentHost host(app, book);
-    auto& c = host.c;
-    auto docs = ReadDefinitions(c, definitionPath);
-    for (auto& doc : docs) CheckDefinition(c, doc, path);
-    std::string sheetName = ChartSheet(c, sheet, newSheet, path);
-
-    for (auto& doc : docs) {
-        auto chart = doc->documentElement();
-        std::string id = Attr(chart, "id");
-        bool idFree = IsChartID(id) && !ps::CommonFunctions::CollectionHasKey(id, c.colCharts);
-        c.sChartID = idFree ? id : c.functions->NextChartID();
-        std::string name = host::Trim(Attr(chart, "name"));
-        if (name.empty()) name = "Chart" + host::Mid(c.sChartID, host::Len(ps::sChartIDPrefix) + 1);
-        chart.setAttribute("id", c.sChartID);
-        chart.setAttribute("name", c.functions->FreeChartName(name));
-        c.oChartDoc = doc;
-        c.lMethodType = ps::mtNew;
-        if (!c.functions->PlaceChartDefinition(sheetName)) throw BadInput("the chart could not be placed");
-        c.builder->RefreshChart(c.sChartID);
-        // A build writes into the definition (its data rows, the table's geometry); it is kept.
-        if (!c.functions->SaveChartDefinition(doc))
-            throw BadInput(fmt::format("the definition of chart '{}' could not be stored", Attr(chart, "name")));
-        fmt::print("{}  \"{}\"  {}  on {}\n", c.sChartID, Attr(chart, "name"), Attr(chart, "type"), sheetName);
-    }
-    book->Save();
-    return 0;
-}
-
-// Definitions as stored, for add to take into another workbook: one chart (by id, or by name
-// without regard to case) as its `chart` document, all of them inside `charts`.
-int Export(const host::Ref<xlsx::EngineApplication>& app, const std::string& path, const std::string& wanted) {
-    auto book = app->Open(path);
-    ComponentHost host(app, book);
-    auto& c = host.c;
-    auto text = [](const dom::DocumentRef& doc) {
-        std::string s = doc->xml();
-        while (!s.empty() && (s.back() == '\n' || s.back() == '\r')) s.pop_back();
-        return s;
+// Several workbooks, each refreshed and saved by a process of its own, `jobs` at a time: a line for
+// each as it ends, with its messages below it, then a summary. Exit status 2 if any failed.
+int RefreshMany(const std::vector<std::string>& books, unsigned jobs, const std::vector<std::string>& options, bool wait) {
+    if (jobs == 0) jobs = std::max(1u, std::thread::hardware_concurrency());
+    std::string self = std::filesystem::read_symlink("/proc/self/exe").string();
+    std::mutex lock;
+    std::condition_variable freed;
+    unsigned running = 0;
+    size_t failed = 0;
+    std::vector<std::thread> threads;
+    auto quote = [](const std::string& s) {
+        std::string out = "'";
+        for (char ch : s) out += ch == '\'' ? std::string("'\\''") : std::string(1, ch);
+        return out + "'";
     };
-    if (!wanted.empty()) {
-        for (auto& doc : *c.colCharts) {
-            auto chart = doc->documentElement();
-            if (Attr(chart, "id") == wanted || host::UCase(Attr(chart, "name")) == host::UCase(wanted)) {
-                fmt::print("{}\n", text(doc));
-                return 0;
-            }
+    for (auto& path : books) {
+        {
+            std::unique_lock<std::mutex> hold(lock);
+            freed.wait(hold, [&] { return running < jobs; });
+            ++running;
         }
-        throw BadInput(fmt::format("'{}' has no chart '{}'", path, wanted));
+        std::string command = quote(self) + " refresh --quiet" + (wait ? " --wait" : "");
+        for (auto& o : options) command += " " + quote(o);
+        command += " -- " + quote(path) + " 2>&1";
+        threads.emplace_back([&, command, path] {
+            std::string output;
+            int status = -1;
+            if (FILE* child = popen(command.c_str(), "r")) {
+                char buffer[4096];
+                for (size_t n; (n = std::fread(buffer, 1, sizeof buffer, child)) > 0;) output.append(buffer, n);
+                status = pclose(child);
+            }
+            bool ok = status == 0;
+            std::lock_guard<std::mutex> hold(lock);
+            std::vector<std::string> lines;
+            for (size_t at = 0, end; at < output.size(); at = end + 1) {
+                end = output.find('\n', at);
+                if (end == std::string::npos) end = output.size();
+                if (end > at) lines.push_back(output.substr(at, end - at));
+            }
+            if (ok) {
+                fmt::print("{}: refreshed\n", path);
+            } else {
+                ++failed;
+                std::string why = lines.empty() ? "the process ended abnormally" : lines.back();
+                if (why.rfind("plotsmith: ", 0) == 0) why = why.substr(11);
+                fmt::print("{}: failed: {}\n", path, why);
+                if (!lines.empty()) lines.pop_back();
+            }
+            for (auto& line : lines) fmt::print("    {}\n", line);
+            std::fflush(stdout);
+            --running;
+            freed.notify_one();
+        });
     }
-    fmt::print("<charts>\n");
-    for (auto& doc : *c.colCharts) fmt::print("{}\n", text(doc));
-    fmt::print("</charts>\n");
-    return 0;
+    for (auto& t : threads) t.join();
+    fmt::print("{} of {} workbooks refreshed{}\n", books.size() - failed, books.size(),
+               failed ? fmt::format(", {} failed", failed) : std::string());
+    return failed ? 2 : 0;
 }
 
 // ---------------------------------------------------------------- the wizard
 
-std::vector<std::string> ChartIDs(const host::Ref<xlsx::EngineApplication>& app, const host::Ref<host::Workbook>& book) {
-    ComponentHost host(app, book);
-    std::vector<std::string> ids;
-    for (auto& doc : *host.c.colCharts) ids.push_back(Attr(doc->documentElement(), "id"));
-    return ids;
-}
-
 // The wizard in real windows; the workbook is saved when the run changed it.
-int Wizard(int argc, char** argv, const host::Ref<xlsx::EngineApplication>& engine, const std::string& path,
-           const std::string& helpFile) {
-    auto book = engine->Open(path);
+int Wizard(int argc, char** argv, session::Workbook& wb, const std::string& helpFile) {
     QApplication qapp(argc, argv);
     QApplication::setApplicationDisplayName(ps::sProductTitle);
     forms_qt::QtFrontEnd frontEnd;
     forms_qt::QtDialogs dialogs(ps::sProductTitle);
     ps::SystemClock clock;
     ps::CPlotsmithController entry(frontEnd, dialogs, clock);
-    entry.RunPlotsmith(engine, "plotsmith", helpFile);
-    if (engine->Changed(book)) book->Save();
+    entry.RunPlotsmith(wb.Engine(), "plotsmith", helpFile);
+    if (wb.Changed()) wb.Save();
     return 0;
 }
 
@@ -518,148 +433,29 @@ void CheckDefineOptions(Definition& d) {
 
 // The wizard run headless, its pages filled from the options. The workbook is saved only when a
 // chart was made; what a page said goes to standard error.
-int Define(const host::Ref<xlsx::EngineApplication>& engine, const std::string& path, Definition d) {
+int Define(session::Workbook& wb, Definition d) {
     CheckDefineOptions(d);
-    auto book = engine->Open(path);
-    RefuseUnlessOpenToCharts(engine);
-    auto before = ChartIDs(engine, book);
+    wb.CheckOpenToCharts();
+    std::vector<std::string> before;
+    for (auto& ch : wb.Charts()) before.push_back(ch.id);
     forms::ScriptedDriver driver;
     ScriptWizard(driver, d);
     {
         forms::HeadlessFrontEnd frontEnd(driver);
-        forms::StderrDialogs dialogs;
+        forms::LineDialogs dialogs;
         ps::SystemClock clock;
         ps::CPlotsmithController entry(frontEnd, dialogs, clock);
-        entry.RunPlotsmith(engine, "plotsmith", {});
+        entry.RunPlotsmith(wb.Engine(), "plotsmith", {});
     }
     for (auto& p : driver.Problems()) std::fprintf(stderr, "plotsmith: %s\n", p.c_str());
-    ComponentHost after(engine, book);
-    for (auto& doc : *after.c.colCharts) {
-        auto chart = doc->documentElement();
-        if (std::find(before.begin(), before.end(), Attr(chart, "id")) != before.end()) continue;
-        book->Save();
-        fmt::print("{}  \"{}\"  {}  on {}\n", Attr(chart, "id"), Attr(chart, "name"), Attr(chart, "type"),
-                   Attr(chart, "chart-worksheet"));
+    for (auto& ch : wb.Charts()) {
+        if (std::find(before.begin(), before.end(), ch.id) != before.end()) continue;
+        wb.Save();
+        PrintChart(ch);
         return 0;
     }
-    std::fprintf(stderr, "plotsmith: no chart was made; %s is unchanged\n", path.c_str());
+    std::fprintf(stderr, "plotsmith: no chart was made; %s is unchanged\n", wb.Path().c_str());
     return 2;
-}
-
-// ---------------------------------------------------------------- refresh-table and rename-columns
-
-// The table a command names, taken as define takes it: by id or by name, without regard to case,
-// an exact id first. Answers the id as the workbook spells it, which the component compares exactly.
-std::string TableID(ps::Component& c, const std::string& wanted, const std::string& bookPath) {
-    for (auto& doc : *c.colTables)
-        if (Attr(doc->documentElement(), "id") == wanted) return wanted;
-    std::string known;
-    for (auto& doc : *c.colTables) {
-        auto t = doc->documentElement();
-        if (SameText(Attr(t, "id"), wanted) || SameText(Attr(t, "name"), wanted)) return Attr(t, "id");
-        known += fmt::format("{}{} (\"{}\")", known.empty() ? "" : ", ", Attr(t, "id"), Attr(t, "name"));
-    }
-    throw BadInput(
-        fmt::format("'{}' has no table '{}'; its tables: {}", bookPath, wanted, known.empty() ? "none" : known));
-}
-
-struct Rename {
-    std::string from, to;
-};
-
-// OLD=NEW arguments. Neither name may be empty: charts over a column without a name would stay
-// unavailable, with no rename back.
-std::vector<Rename> ParseRenames(const std::vector<std::string>& args) {
-    std::vector<Rename> renames;
-    for (auto& r : args) {
-        auto eq = r.find('=');
-        if (eq == std::string::npos || eq == 0 || eq + 1 == r.size())
-            throw BadInput(fmt::format("a rename is OLD=NEW, not '{}'", r));
-        renames.push_back({r.substr(0, eq), r.substr(eq + 1)});
-    }
-    return renames;
-}
-
-// The renames of one command are one edit of the table's header row and take effect all at once:
-// Region=Product Product=Region swaps the two, A=B B=C shifts them. That is what a user who renamed
-// several headers writes. The component applies renames in order, each seeing the ones before
-// (the swap would merge both into Region), so when a rename takes a name another one gives up,
-// every rename goes through a name of its own first.
-// A rename may not give a column's charts the name of a column that stays: they would silently
-// turn onto it. Column names compare without regard to case, as the pages and the validation do.
-void RenameColumns(ps::CPlotsmithController& e, const host::Ref<xlsx::EngineApplication>& app,
-                   const std::string& bookPath, const std::string& table, std::vector<Rename> renames) {
-    auto& c = Loaded(e.component(), app, app->ActiveWorkbook());
-    std::string id = TableID(c, table, bookPath);
-
-    std::vector<std::string> tableColumns, chartColumns, labels;
-    auto tableDoc = c.colTables->Item(id)->documentElement();
-    for (auto* kind : {"label-column", "number-column"})
-        for (auto col : tableDoc.selectNodes(kind)) tableColumns.push_back(Attr(col, "name"));
-    for (auto& doc : *c.colCharts) {
-        if (Attr(doc->documentElement(), "table-id") != id) continue;
-        for (auto col : doc->selectNodes("//column")) chartColumns.push_back(Attr(col, "name"));
-        for (auto axis : doc->selectNodes("//axis")) labels.push_back(Attr(axis, "label"));
-    }
-    auto holds = [](const std::vector<std::string>& list, const std::string& name) {
-        return std::any_of(list.begin(), list.end(), [&](const std::string& n) { return SameText(n, name); });
-    };
-    // The component renames exact names only: an old name in another case takes the charts' spelling.
-    for (auto& r : renames) {
-        auto spelt = std::find_if(chartColumns.begin(), chartColumns.end(), [&](auto& n) { return SameText(n, r.from); });
-        if (spelt != chartColumns.end() && std::count(chartColumns.begin(), chartColumns.end(), r.from) == 0) r.from = *spelt;
-    }
-    std::vector<std::string> renamedAway, unused;
-    for (auto& r : renames)
-        if (!SameText(r.from, r.to)) renamedAway.push_back(r.from);
-    for (size_t i = 0; i < renames.size(); ++i) {
-        const auto& r = renames[i];
-        for (size_t j = 0; j < i; ++j) {
-            if (SameText(renames[j].from, r.from)) throw BadInput(fmt::format("column '{}' is renamed twice", r.from));
-            if (SameText(renames[j].to, r.to))
-                throw BadInput(fmt::format("'{}' and '{}' would both be named '{}'", renames[j].from, r.from, r.to));
-        }
-        if (!holds(chartColumns, r.from)) {
-            unused.push_back(r.from);
-            continue;
-        }
-        // Another column: one the charts use beside the renamed one, or one of the table's while
-        // the renamed heading still stands beside it. A header edited before the rename is the
-        // renamed column itself.
-        if (SameText(r.from, r.to) || holds(renamedAway, r.to)) continue;
-        if (holds(chartColumns, r.to) || (holds(tableColumns, r.from) && holds(tableColumns, r.to)))
-            throw BadInput(fmt::format("table '{}' already has a column '{}'; renaming '{}' to it would turn charts "
-                                       "onto that column",
-                                       id, r.to, r.from));
-    }
-    for (auto& name : unused)
-        std::fprintf(stderr, "plotsmith: no chart of table '%s' uses a column '%s'\n", id.c_str(), name.c_str());
-
-    std::vector<std::string> olds, news;
-    auto givenUp = [&](const Rename& r) {
-        return std::any_of(renames.begin(), renames.end(), [&](const Rename& o) { return o.from == r.to; });
-    };
-    bool chained =
-        std::any_of(renames.begin(), renames.end(), [&](const Rename& r) { return r.to != r.from && givenUp(r); });
-    std::vector<std::string> taken = labels;
-    taken.insert(taken.end(), chartColumns.begin(), chartColumns.end());
-    taken.insert(taken.end(), tableColumns.begin(), tableColumns.end());
-    for (auto& r : renames) {
-        olds.push_back(r.from);
-        if (!chained) {
-            news.push_back(r.to);
-            continue;
-        }
-        std::string via = "~" + r.to + "~";
-        while (holds(taken, via)) via += "~";
-        taken.push_back(via);
-        news.push_back(via);
-    }
-    for (size_t i = 0; chained && i < renames.size(); ++i) {
-        olds.push_back(news[i]);
-        news.push_back(renames[i].to);
-    }
-    e.UpdateChartColumnNamesForTable(app, id, olds, news);
 }
 
 }  // namespace
@@ -682,6 +478,8 @@ int main(int argc, char** argv) {
     bool wait = false;
     app.add_flag("--wait", wait,
                  "A command that saves waits for another writer of the workbook to finish, instead of refusing");
+    bool quiet = false;
+    app.add_flag("--quiet", quiet, "No progress bar while charts are drawn (there is none unless standard error is a terminal)");
     app.fallthrough();  // the options above may also follow the command
 
     std::string book;
@@ -689,8 +487,13 @@ int main(int argc, char** argv) {
         "list", "List the sheets (with visibility), defined names, tables and charts of a workbook");
     list->add_option("BOOK", book, "Workbook (.xlsx or .xlsm)")->required();
 
-    auto* refresh = app.add_subcommand("refresh", "Rebuild all charts of a workbook and save it");
-    refresh->add_option("BOOK", book, "Workbook (.xlsx or .xlsm)")->required();
+    std::vector<std::string> books;
+    unsigned jobs = 0;
+    auto* refresh = app.add_subcommand(
+        "refresh", "Rebuild all charts of a workbook and save it; several workbooks are refreshed side by side");
+    refresh->add_option("BOOK", books, "Workbooks (.xlsx or .xlsm)")->required();
+    refresh->add_option("-j,--jobs", jobs, "Workbooks refreshed at once, each by a process of its own (default: the cores)")
+        ->check(CLI::Range(1u, 256u));
 
     std::string table;
     auto* refreshTable = app.add_subcommand("refresh-table", "Rebuild the charts of one table and save the workbook");
@@ -705,6 +508,17 @@ int main(int argc, char** argv) {
     renameColumns->add_option("BOOK", book, "Workbook (.xlsx or .xlsm)")->required();
     renameColumns->add_option("TABLE", table, "Table: its id or name, as list shows them")->required();
     renameColumns->add_option("OLD=NEW", renames, "Column renames, taking effect all at once (A=B B=A swaps)")
+        ->required();
+
+    std::string csvPath;
+    auto* updateTable = app.add_subcommand(
+        "update-table", "Replace a table's rows with the rows of a CSV file, rebuild its charts and save the workbook");
+    updateTable->add_option("BOOK", book, "Workbook (.xlsx or .xlsm)")->required();
+    updateTable->add_option("TABLE", table, "Table: its id or name, as list shows them")->required();
+    updateTable
+        ->add_option("--from", csvPath,
+                     "CSV file (UTF-8, a header row naming the table's columns in any order; - reads standard "
+                     "input). Numbers become numbers, other fields text, empty fields blank cells")
         ->required();
 
     std::string definition, sheet, chart;
@@ -776,33 +590,51 @@ int main(int argc, char** argv) {
         return code == 0 ? 0 : 2;
     }
 
-    xlsx::EngineOptions options;
-    options.version = hostVersion.find('.') == std::string::npos ? hostVersion + ".0" : hostVersion;
+    if (refresh->parsed()) {
+        if (books.size() > 1) return RefreshMany(books, jobs, {"--host-version", hostVersion, "--max-inflated-size",
+                                                               std::to_string(maxInflatedMiB)}, wait);
+        book = books.front();
+    }
+    session::Options options;
+    options.hostVersion = hostVersion;
     options.maxInflatedSize = maxInflatedMiB << 20;
     // Commands that save hold the writer lock from open to save; list and export only read.
-    if (!list->parsed() && !exportCharts->parsed())
-        options.writerLock = wait ? xlsx::WriterLock::Wait : xlsx::WriterLock::Refuse;
-    auto engine = xlsx::NewApplication(options);
+    options.willSave = !list->parsed() && !exportCharts->parsed();
+    options.wait = wait;
+    std::unique_ptr<Progress> progress;
+    auto messages = [&](const std::string& line) {
+        if (progress) progress->Clear();
+        std::fprintf(stderr, "%s\n", line.c_str());
+    };
     try {
-        if (list->parsed()) return List(engine, book);
-        if (add->parsed()) return Add(engine, book, definition, sheet, newSheet);
-        if (exportCharts->parsed()) return Export(engine, book, chart);
-        if (define->parsed()) return Define(engine, book, def);
-        if (wizard->parsed()) return Wizard(argc, argv, engine, book, helpFile);
-        const std::string appName = "plotsmith";
-        if (refresh->parsed())
-            return RunOperation(*engine, book, [&](ps::CPlotsmithController& e) { e.RefreshPlotsmithData(engine, appName, {}); });
-        if (refreshTable->parsed())
-            return RunOperation(*engine, book, [&](ps::CPlotsmithController& e) {
-                auto& c = Loaded(e.component(), engine, engine->ActiveWorkbook(), false);
-                std::string id = TableID(c, table, book);
-                e.RefreshChartsForTable(engine, id);
-            });
-        if (renameColumns->parsed()) {
-            auto parsed = ParseRenames(renames);
-            return RunOperation(*engine, book,
-                                [&](ps::CPlotsmithController& e) { RenameColumns(e, engine, book, table, parsed); });
+        session::Workbook wb(book, options, messages);
+        if (!quiet && isatty(STDERR_FILENO) && (refresh->parsed() || refreshTable->parsed() || updateTable->parsed()))
+            progress = std::make_unique<Progress>(wb, refresh->parsed() ? std::string() : table);
+        if (list->parsed()) return List(wb);
+        if (exportCharts->parsed()) {
+            fmt::print("{}", wb.Export(chart));
+            return 0;
         }
+        if (define->parsed()) return Define(wb, def);
+        if (wizard->parsed()) return Wizard(argc, argv, wb, helpFile);
+        if (add->parsed()) {
+            std::string text = ReadInput(definition);
+            for (auto& ch : wb.Add(text, sheet, newSheet, definition)) PrintChart(ch);
+        }
+        if (refresh->parsed()) wb.Refresh();
+        if (refreshTable->parsed()) wb.RefreshTable(table);
+        if (renameColumns->parsed()) wb.RenameColumns(table, ParseRenames(renames));
+        if (updateTable->parsed()) {
+            std::string source = csvPath == "-" ? "standard input" : csvPath;
+            auto csv = ReadCsv(ReadInput(csvPath), source);
+            try {
+                wb.UpdateTable(table, csv.columns, csv.rows);
+            } catch (const session::BadColumns& e) {
+                throw BadInput(fmt::format("'{}' line 1, {}", source, e.what()));
+            }
+        }
+        progress.reset();
+        wb.Save();
     } catch (const BadInput& e) {
         std::fprintf(stderr, "plotsmith: %s\n", e.what());
         return 2;

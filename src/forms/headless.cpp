@@ -169,18 +169,23 @@ std::string OneLine(const std::string& text) {
 }
 }  // namespace
 
-long StderrDialogs::MsgBox(const std::string& text, long style, const std::string& title) {
+void LineDialogs::Put(const std::string& line) {
+    if (sink_) sink_(line);
+    else std::fprintf(stderr, "%s\n", line.c_str());
+}
+
+long LineDialogs::MsgBox(const std::string& text, long style, const std::string& title) {
     std::string line = (title.empty() ? std::string{} : title + ": ") + OneLine(text);
     if ((style & 7) == vbOKOnly) {
-        std::fprintf(stderr, "%s\n", line.c_str());
+        Put(line);
         return vbOK;
     }
-    std::fprintf(stderr, "%s [answered %s]\n", line.c_str(), AnswerName(answer_));
+    Put(line + " [answered " + AnswerName(answer_) + "]");
     return answer_;
 }
 
-void StderrDialogs::Help(long, const std::string& helpFile, long, long topic) {
-    std::fprintf(stderr, "help: %s, topic %ld\n", helpFile.c_str(), topic);
+void LineDialogs::Help(long, const std::string& helpFile, long, long topic) {
+    Put("help: " + helpFile + ", topic " + std::to_string(topic));
 }
 
 }  // namespace forms

@@ -101,15 +101,19 @@ public:
     std::vector<std::string> Texts() const;
 };
 
-// Prints message boxes to standard error; a question is answered with the given answer.
-class StderrDialogs : public Dialogs {
+// Message boxes as lines of text ("title: text", line breaks as " / "), to standard error or to a
+// sink of the host's; a question is answered with the given answer and says so on its line.
+class LineDialogs : public Dialogs {
 public:
-    explicit StderrDialogs(long answer = vbCancel) : answer_(answer) {}
+    explicit LineDialogs(long answer = vbCancel, std::function<void(const std::string&)> sink = {})
+        : answer_(answer), sink_(std::move(sink)) {}
     long MsgBox(const std::string& text, long style, const std::string& title) override;
     void Help(long hWnd, const std::string& helpFile, long command, long topic) override;
 
 private:
+    void Put(const std::string& line);
     long answer_;
+    std::function<void(const std::string&)> sink_;
 };
 
 }  // namespace forms

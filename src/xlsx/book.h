@@ -174,6 +174,8 @@ private:
     // the map. Only ShiftRows erases rows, and it forgets the cached one.
     std::map<long, RowEntry>::iterator FindRow(long row);
     pugi::xml_node MakeCell(long row, long col);
+    RowEntry& MakeRow(long row);
+    void FormatAsAbove(long at, long count);
     pugi::xml_node SheetData();
     void LoadCols();
 

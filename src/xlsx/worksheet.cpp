@@ -309,8 +309,7 @@ pugi::xml_node SheetImpl::FindCell(long row, long col) {
     return c != cells.end() && c->first == col ? c->second : pugi::xml_node{};
 }
 
-pugi::xml_node SheetImpl::MakeCell(long row, long col) {
-    if (row < 1 || row > kMaxRows || col < 1 || col > kMaxCols) Refuse("Application-defined or object-defined error");
+RowEntry& SheetImpl::MakeRow(long row) {
     BuildIndex();
     auto sd = SheetData();  // marks the part edited
     auto it = rows_.find(row);
@@ -320,7 +319,12 @@ pugi::xml_node SheetImpl::MakeCell(long row, long col) {
         node.append_attribute("r").set_value(row);
         it = rows_.emplace(row, RowEntry{node, {}}).first;
     }
-    auto& e = it->second;
+    return it->second;
+}
+
+pugi::xml_node SheetImpl::MakeCell(long row, long col) {
+    if (row < 1 || row > kMaxRows || col < 1 || col > kMaxCols) Refuse("Application-defined or object-defined error");
+    auto& e = MakeRow(row);
     auto pos = std::lower_bound(e.cells.begin(), e.cells.end(), col, [](auto& p, long v) { return p.first < v; });
     if (pos != e.cells.end() && pos->first == col) return pos->second;
     pugi::xml_node cell = pos != e.cells.end() ? e.node.insert_child_before("c", pos->second) : e.node.append_child("c");
@@ -590,7 +594,32 @@ void SheetImpl::ShiftRows(long at, long count) {
     }
     rows_.merge(moved);
     lastRow_ = rows_.end();
+    if (count > 0) FormatAsAbove(at, count);
     book_.ApplyRowShift(RowShift{Name(), at, count});
+}
+
+// Inserted rows take the formats of the row above them, as the application inserts rows: the
+// row's own format and height, and each cell's style.
+void SheetImpl::FormatAsAbove(long at, long count) {
+    auto above = rows_.find(at - 1);
+    if (above == rows_.end()) return;
+    pugi::xml_node source = above->second.node;
+    std::vector<std::pair<long, std::string>> styles;
+    for (auto& [col, c] : above->second.cells)
+        if (c.attribute("s").as_int() != 0) styles.emplace_back(col, c.attribute("s").value());
+    const char* const rowFormat[] = {"s", "customFormat", "ht", "customHeight"};
+    bool formatted = std::any_of(std::begin(rowFormat), std::end(rowFormat), [&](const char* a) { return source.attribute(a); });
+    if (!formatted && styles.empty()) return;
+    for (long r = at; r < at + count; ++r) {
+        auto& row = MakeRow(r);
+        for (const char* a : rowFormat)
+            if (auto v = source.attribute(a)) row.node.append_attribute(a).set_value(v.value());
+        for (auto& [col, s] : styles) {
+            auto c = MakeCell(r, col);
+            if (!c.attribute("s")) c.append_attribute("s");
+            c.attribute("s").set_value(s.c_str());
+        }
+    }
 }
 
 bool SheetImpl::MayReference(const std::string& sheet) {
