@@ -11,7 +11,7 @@ using readbacktest::ReadbackWorld;
 
 TEST(CorpusReadBack, ApplicationMadeChartsReadBackWithoutAMessage) {
     auto files = testsupport::CorpusWorkbooks();
-    if (files.empty()) GTEST_SKIP() << "the corpus isn't there";
+    if (files.empty()) GTEST_SKIP() << "../shared is not beside the source tree";
 
     // "file#n" (n-th chart object over all worksheets) to "type|title|settings|legend".
     std::map<std::string, std::string> seen;

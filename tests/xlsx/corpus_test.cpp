@@ -67,7 +67,7 @@ ts::fs::path RoundTripDir() {
 
 TEST(Corpus, RoundTripKeepsEveryPart) {
     auto files = ts::CorpusWorkbooks();
-    if (files.empty()) GTEST_SKIP() << "the shared corpus is not beside the source tree";
+    if (files.empty()) GTEST_SKIP() << "../shared is not beside the source tree";
     auto dir = RoundTripDir();
     size_t identical = 0, touched = 0;
     for (auto& f : files) {
@@ -101,7 +101,7 @@ TEST(Corpus, RoundTripKeepsEveryPart) {
 
 TEST(Corpus, RoundTripPassesTheSchemasAndOpensInLibreOffice) {
     auto files = ts::CorpusWorkbooks();
-    if (files.empty()) GTEST_SKIP() << "the shared corpus is not beside the source tree";
+    if (files.empty()) GTEST_SKIP() << "../shared is not beside the source tree";
     std::vector<ts::fs::path> out;
     for (auto& f : files) out.push_back(RoundTripDir() / f.filename());
     if (ts::HaveValidator()) {
