@@ -2,6 +2,8 @@
 // raising the model's events, the model's changes shown, message boxes, the busy window's timer.
 #include <gtest/gtest.h>
 
+#include <fstream>
+
 #include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
@@ -21,6 +23,7 @@
 
 #include "forms/form.h"
 #include "forms_qt/qt_frontend.h"
+#include "test_support.h"
 #include "qt_app.h"
 
 namespace {
@@ -319,6 +322,19 @@ TEST_F(QtFrontEndTest, MessageBoxesShowTheTextAndAnswerTheButtonPressed) {
     EXPECT_EQ(title, "Host Brindle Plotsmith");
     press(QMessageBox::Ok);
     EXPECT_EQ(dialogs.MsgBox("Done", forms::vbOKOnly, ""), forms::vbOK);
+
+    // Help shows the topic's page beside the page, and a help file that isn't there is a message.
+    auto dir = testsupport::ScratchDir("qt-help");
+    std::ofstream(dir / "index.html") << "<html><head><title>Contents</title></head></html>";
+    std::ofstream(dir / "topic8.html") << "<html><head><title>Chart Location</title></head></html>";
+    dialogs.Help(0, (dir / "index.html").string(), forms::HH_HELP_CONTEXT, 8);
+    ASSERT_NE(dialogs.HelpWindow(), nullptr);
+    EXPECT_EQ(dialogs.HelpWindow()->windowTitle(), "Chart Location");
+    dialogs.Help(0, (dir / "index.html").string(), forms::HH_HELP_CONTEXT, 99);
+    EXPECT_EQ(dialogs.HelpWindow()->windowTitle(), "Contents") << "a topic without its page opens the contents";
+    press(QMessageBox::Ok);
+    dialogs.Help(0, (dir / "missing.html").string(), forms::HH_HELP_CONTEXT, 8);
+    EXPECT_EQ(text.toStdString(), "The help file \"" + (dir / "missing.html").string() + "\" could not be found.");
 }
 
 }  // namespace
