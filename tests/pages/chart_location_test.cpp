@@ -174,3 +174,17 @@ TEST(ChartLocation, ACancelledRunLeavesTheWorkbookAsItWas) {
     EXPECT_EQ(w.driver.Shown(), (std::vector<std::string>{kAction, kLayout, kLocation, kLayout}));
     EXPECT_FALSE(w.app->Changed(w.c.oWorkbook));
 }
+
+TEST(ChartLocation, PlacingLeavesItsErrorsToThePage) {
+    // The page reports what goes wrong in its own plain box; the placing step says nothing itself.
+    WizardBook w;
+    w.RegionTable();
+    w.SaveAndReopen("chart_location_errors");
+    w.f.RetrieveTableDefinitions();
+    w.f.RetrieveChartDefinitions();
+    w.f.CreateChartDoc();
+    EXPECT_THROW(w.f.PlaceChartDefinition("Nowhere"), host::Error);
+    EXPECT_TRUE(w.dialogs.messages.empty()) << w.dialogs.Texts().front();
+    EXPECT_TRUE(w.f.PlaceChartDefinition("Sheet1")) << "placed: the answer is True";
+    EXPECT_TRUE(ps::CommonFunctions::CollectionHasKey(w.c.sChartID, w.c.colCharts));
+}
