@@ -272,6 +272,32 @@ struct Part {
     std::unique_ptr<pugi::xml_document> doc;   // parsed on first use
     bool domIsMaster = false;                  // edited: bytes come from the DOM
     bool changed = false;
+    zip_int64_t deflatedEntry = -1;            // its deflated entry in the file read, copied while unchanged
+};
+
+// The zip read, kept open so that a save copies the unchanged parts' deflated bytes as they are.
+class SourceZip {
+public:
+    SourceZip() = default;
+    SourceZip(const SourceZip&) = delete;
+    SourceZip& operator=(const SourceZip&) = delete;
+    ~SourceZip() {
+        if (za_) zip_discard(za_);
+    }
+    // `data` becomes the zip's; nullptr with the error when it is no zip.
+    zip_t* Open(std::string data, zip_error_t& err) {
+        data_ = std::move(data);
+        zip_source_t* src = zip_source_buffer_create(data_.data(), data_.size(), 0, &err);
+        za_ = src ? zip_open_from_source(src, ZIP_RDONLY, &err) : nullptr;
+        if (!za_ && src) zip_source_free(src);
+        return za_;
+    }
+    const std::string& data() const { return data_; }
+    zip_t* get() const { return za_; }
+
+private:
+    std::string data_;
+    zip_t* za_ = nullptr;
 };
 
 class PackageImpl final : public Package {
@@ -281,7 +307,7 @@ public:
     // The file read, kept to tell at save whether another program replaced it; with a writer
     // lock its descriptor holds the lock.
     void Opened(Fd file, const struct stat& st, bool holdLock);
-    void Load(const std::string& data, std::uint64_t limit);
+    void Load(std::string data, std::uint64_t limit);
     void InitEmpty();
 
     bool Has(std::string_view part) const override { return Find(part) != nullptr; }
@@ -329,6 +355,7 @@ private:
     Fd lock_;                // the writer lock, when held
     std::vector<std::unique_ptr<Part>> parts_;
     std::map<std::string, Part*, std::less<>> index_;
+    SourceZip source_;
 };
 
 std::string PackageImpl::Invalid(const std::string& why) const {
@@ -374,28 +401,23 @@ void PackageImpl::Opened(Fd file, const struct stat& st, bool holdLock) {
     if (holdLock) lock_ = std::move(file);
 }
 
-void PackageImpl::Load(const std::string& data, std::uint64_t limit) {
-    if (data.empty()) throw PackageError(Invalid("the file is empty"));
-    if (data.compare(0, 8, "\xD0\xCF\x11\xE0\xA1\xB1\x1A\xE1") == 0) {
+void PackageImpl::Load(std::string file, std::uint64_t limit) {
+    if (file.empty()) throw PackageError(Invalid("the file is empty"));
+    if (file.compare(0, 8, "\xD0\xCF\x11\xE0\xA1\xB1\x1A\xE1") == 0) {
         throw PackageError(Invalid("it is password-protected or in the old binary format"));
     }
     zip_error_t err;
     zip_error_init(&err);
-    zip_source_t* src = zip_source_buffer_create(data.data(), data.size(), 0, &err);
-    zip_t* za = src ? zip_open_from_source(src, ZIP_RDONLY, &err) : nullptr;
+    zip_t* za = source_.Open(std::move(file), err);
+    const std::string& data = source_.data();
     if (!za) {
         int code = zip_error_code_zip(&err);
         zip_error_fini(&err);
-        if (src) zip_source_free(src);
         bool looksLikeZip = data.compare(0, 4, "PK\x03\x04") == 0;
         if (code == ZIP_ER_NOZIP && !looksLikeZip) throw PackageError(Invalid("not a zip file"));
         throw PackageError(Invalid("the zip data is damaged or incomplete"));
     }
     zip_error_fini(&err);
-    struct Closer {
-        zip_t* za;
-        ~Closer() { zip_discard(za); }
-    } closer{za};
 
     std::uint64_t inflated = 0;
     zip_int64_t count = zip_get_num_entries(za, 0);
@@ -445,7 +467,10 @@ void PackageImpl::Load(const std::string& data, std::uint64_t limit) {
         if (n < 0 || overDeclared || (sized && bytes.size() != st.size))
             throw PackageError(Invalid("part " + Quoted(name) + " is damaged"));
         inflated += bytes.size();
-        Add(name).bytes = std::move(bytes);
+        Part& part = Add(name);
+        part.bytes = std::move(bytes);
+        // Stored parts are deflated on save, as the application writes every part.
+        if ((st.valid & ZIP_STAT_COMP_METHOD) && st.comp_method == ZIP_CM_DEFLATE) part.deflatedEntry = i;
     }
 
     if (!Find(kContentTypesPart)) throw PackageError(Invalid("[Content_Types].xml is missing"));
@@ -695,9 +720,21 @@ std::string PackageImpl::ZipBytes() {
         return PackageError(msg);
     };
     for (const Part* p : order) {
-        const std::string* data = &p->bytes;
-        if (p->domIsMaster) data = &serialised.emplace_back(SerializeXml(*p->doc));
-        zip_source_t* s = zip_source_buffer(za, data->data(), data->size(), 0);
+        // An unchanged part keeps the deflated bytes it was read with: most of a save of a large
+        // workbook would otherwise go on deflating its sheets again.
+        const bool copy = !p->changed && p->deflatedEntry >= 0;
+        zip_source_t* s = nullptr;
+        if (copy) {
+#if LIBZIP_VERSION_MAJOR > 1 || (LIBZIP_VERSION_MAJOR == 1 && LIBZIP_VERSION_MINOR >= 10)
+            s = zip_source_zip_file(za, source_.get(), p->deflatedEntry, ZIP_FL_COMPRESSED, 0, -1, nullptr);
+#else
+            s = zip_source_zip(za, source_.get(), p->deflatedEntry, ZIP_FL_COMPRESSED, 0, -1);
+#endif
+        } else {
+            const std::string* data = &p->bytes;
+            if (p->domIsMaster) data = &serialised.emplace_back(SerializeXml(*p->doc));
+            s = zip_source_buffer(za, data->data(), data->size(), 0);
+        }
         if (!s) throw fail("cannot add a part");
         zip_int64_t idx = zip_file_add(za, p->name.c_str(), s, ZIP_FL_ENC_UTF_8);
         if (idx < 0) {
@@ -706,7 +743,7 @@ std::string PackageImpl::ZipBytes() {
         }
         // zlib's usual level: libzip's own default (the best) takes three times as long for 1 % less.
         // 1980-01-01 00:00 is the time the application gives every entry; saves are reproducible.
-        if (zip_set_file_compression(za, idx, ZIP_CM_DEFLATE, 6) != 0 ||
+        if ((!copy && zip_set_file_compression(za, idx, ZIP_CM_DEFLATE, 6) != 0) ||
             zip_file_set_dostime(za, idx, 0, (0 << 9) | (1 << 5) | 1, 0) != 0) {
             throw fail("cannot set up a part");
         }
@@ -839,10 +876,7 @@ std::unique_ptr<Package> Package::Open(const std::string& path, const OpenOption
     struct stat st {};
     Fd fd = OpenWorkbookFile(path, options.writerLock, st);
     auto pkg = std::make_unique<PackageImpl>(path);
-    {
-        std::string data = ReadWholeFile(path, fd.get(), st, options.maxInflatedSize);
-        pkg->Load(data, options.maxInflatedSize);
-    }
+    pkg->Load(ReadWholeFile(path, fd.get(), st, options.maxInflatedSize), options.maxInflatedSize);
     pkg->Opened(std::move(fd), st, options.writerLock != WriterLock::None);
     return pkg;
 }

@@ -1,6 +1,6 @@
 #pragma once
 // The zip package of a workbook: every part kept as bytes, XML parsed only when asked for,
-// unchanged parts written back byte for byte, saves atomic.
+// unchanged parts written back as the file had them deflated, saves atomic.
 #include <cstdint>
 #include <memory>
 #include <stdexcept>
