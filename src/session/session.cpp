@@ -15,6 +15,7 @@
 #include "host/constants.h"
 #include "host/error.h"
 #include "metadata/ps_functions.h"
+#include "xlsx/formulas.h"
 #include "xlsx/references.h"
 
 namespace session {
@@ -80,6 +81,27 @@ struct Workbook::Host {
         if (charts) c.functions->RetrieveChartDefinitions();
         return c;
     }
+    // Formulas of tables the engine couldn't compute, a line per table; outside tables they draw nothing.
+    void NoteUncomputed() {
+        auto left = xlsx::TakeUncomputedFormulas(book);
+        if (left.empty()) return;
+        for (auto& doc : *Loaded(false).colTables) {
+            auto t = doc->documentElement();
+            long top = host::CLng(Attr(t, "table-top-row")), bottom = top + host::CLng(Attr(t, "table-height")) - 1;
+            std::vector<long> columns;
+            for (auto* kind : {"label-column", "number-column"})
+                for (auto col : t.selectNodes(kind)) columns.push_back(host::CLng(Attr(col, "worksheet-column-number")));
+            std::vector<xlsx::UncomputedFormula> in;
+            for (auto& f : left)
+                if (SameText(f.sheet, Attr(t, "table-worksheet")) && f.row >= top && f.row <= bottom &&
+                    std::count(columns.begin(), columns.end(), f.col))
+                    in.push_back(f);
+            if (!in.empty())
+                note(fmt::format("table '{}': {} not computed, kept as the file has {}: {}", Attr(t, "name"),
+                                 in.size() == 1 ? "a formula" : std::to_string(in.size()) + " formulas",
+                                 in.size() == 1 ? "it" : "them", xlsx::DescribeUncomputed(in)));
+        }
+    }
     // The guards every placing operation passes (structure protected, shared workbook).
     void RefuseUnlessOpenToCharts() {
         if (std::string refusal = entry.WorkbookRefusal(engine); !refusal.empty()) throw Refused(refusal);
@@ -141,7 +163,10 @@ std::vector<Chart> Workbook::Charts() {
     return out;
 }
 
-void Workbook::Refresh() { host_->entry.RefreshPlotsmithData(host_->engine, "plotsmith", {}); }
+void Workbook::Refresh() {
+    host_->entry.RefreshPlotsmithData(host_->engine, "plotsmith", {});
+    host_->NoteUncomputed();
+}
 
 // The table an operation names, by id or by name, without regard to case, an exact id first.
 // Answers the id as the workbook spells it, which the component compares exactly.
@@ -161,6 +186,7 @@ std::string Workbook::TableID(const std::string& wanted) {
 void Workbook::RefreshTable(const std::string& table) {
     std::string id = TableID(table);
     host_->entry.RefreshChartsForTable(host_->engine, id);
+    host_->NoteUncomputed();
 }
 
 // The component applies renames in order, each seeing the ones before (a swap would merge both
@@ -334,6 +360,7 @@ std::vector<Chart> Workbook::Add(const std::string& definitionXml, const std::st
             throw Refused(fmt::format("the definition of chart '{}' could not be stored", Attr(chart, "name")));
         placed.push_back(ChartOf(chart));
     }
+    host_->NoteUncomputed();
     return placed;
 }
 
@@ -418,6 +445,7 @@ void Workbook::UpdateTable(const std::string& table, const std::vector<std::stri
             else cell->SetValue(v);
         }
     host_->entry.RefreshChartsForTable(host_->engine, id);
+    host_->NoteUncomputed();
 }
 
 void Workbook::CheckOpenToCharts() { host_->RefuseUnlessOpenToCharts(); }
@@ -425,6 +453,7 @@ void Workbook::CheckOpenToCharts() { host_->RefuseUnlessOpenToCharts(); }
 bool Workbook::Changed() { return host_->engine->Changed(host_->book); }
 
 void Workbook::Save(const std::string& path) {
+    host_->NoteUncomputed();
     if (path.empty()) host_->book->Save();
     else host_->book->SaveAs(path);
 }

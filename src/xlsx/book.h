@@ -21,6 +21,7 @@ class Book;
 class SheetImpl;
 class AppImpl;
 class Drawing;
+class Formulas;
 
 inline constexpr long kMaxRows = 1048576;
 inline constexpr long kMaxCols = 16384;
@@ -165,6 +166,15 @@ public:
     void SetViewFlag(const char* attribute, bool on);
     Book& book() { return book_; }
     Drawing& drawing();  // the sheet's shapes, made on first use
+    // What formulas.cpp computes over: the sheet's formulas with their cached values (Empty for
+    // none), the values stored in an area, and a computed value written back as a formula's
+    // cached value (false when the cell held it already).
+    bool HasFormulas() const { return hasFormulas_; }
+    void EachFormula(const std::function<void(long row, long col, const std::string& formula, bool array,
+                                              const host::Variant& cached)>& fn);
+    void EachValue(long r1, long c1, long r2, long c2,
+                   const std::function<void(long row, long col, const host::Variant& value, bool formula)>& fn);
+    bool SetCachedValue(long row, long col, const host::Variant& value);
 
 private:
     pugi::xml_node Root(bool edit);
@@ -190,6 +200,7 @@ private:
     std::vector<ColSpec> cols_;
     double defaultColWidth_ = -1, defaultRowHeight_ = 15;
     std::shared_ptr<Drawing> drawing_;
+    bool hasFormulas_ = false;
 };
 
 // ---------------------------------------------------------------- workbook
@@ -228,6 +239,7 @@ public:
     AppImpl& app() { return app_; }
     SharedStrings& strings();
     Styles& styles();
+    Formulas& formulas();  // formulas.cpp
     // The same counts as strings().Count() and styles().Count(), without making either part.
     size_t SharedStringCount();
     size_t CellStyleCount();
@@ -271,6 +283,7 @@ private:
     long activeTab_ = 0;
     std::unique_ptr<SharedStrings> strings_;
     std::unique_ptr<Styles> styles_;
+    std::shared_ptr<Formulas> formulas_;
     bool shared_ = false;
 };
 

@@ -9,6 +9,7 @@
 #include "xlsx/book.h"
 #include "xlsx/chart_part.h"
 #include "xlsx/drawing.h"
+#include "xlsx/formulas.h"
 #include "xlsx/numfmt.h"
 #include "xlsx/ooxml.h"
 
@@ -164,6 +165,8 @@ void SheetImpl::SetViewFlag(const char* attribute, bool on) {
 }
 
 void SheetImpl::PrepareSave(bool selected) {
+    // The saved file carries the values of formulas over written cells.
+    book_.formulas().BeforeSave();
     if (chartsheet_) return;
     auto view = Root(false).child("sheetViews").child("sheetView");
     if (view && view.attribute("tabSelected").as_bool(false) != selected) {
@@ -234,6 +237,7 @@ void SheetImpl::BuildIndex() {
     size_t strings = book_.SharedStringCount(), styles = book_.CellStyleCount();
     std::map<long, RowEntry> rows;
     long lastRow = 0;
+    bool formulas = false;
     for (auto row : Root(false).child("sheetData").children("row")) {
         long r = lastRow + 1;
         if (auto a = row.attribute("r")) {
@@ -268,6 +272,7 @@ void SheetImpl::BuildIndex() {
             }
             lastCol = col;
             e.cells.push_back({col, c});
+            if (!formulas && c.child("f")) formulas = true;
             if (style) {
                 auto n = IntegerOf(style.value());
                 if (!n || *n < 0 || static_cast<unsigned long long>(*n) >= styles)
@@ -286,6 +291,7 @@ void SheetImpl::BuildIndex() {
     }
     rows_ = std::move(rows);
     lastRow_ = rows_.end();
+    hasFormulas_ = formulas;
     indexed_ = true;
 }
 
@@ -369,6 +375,8 @@ host::Variant ValueOfCell(Book& book, pugi::xml_node c, long& xf) {
         if (std::strcmp(t, "b") == 0) return std::strcmp(text, "1") == 0 || std::strcmp(text, "true") == 0;
         if (std::strcmp(t, "e") == 0) return host::Variant::CellError(ErrorCodeOf(text));
     }
+    // Scripts write formulas with an empty <v/>: no value yet, rather than a zero.
+    if (!*text) return {};
     // from_chars is several times faster than strtod on the plain decimals the file holds;
     // anything else (spaces, hex, a sign strtod allows) still goes through strtod.
     double d = 0;
@@ -383,11 +391,19 @@ host::Variant ValueOfCell(Book& book, pugi::xml_node c, long& xf) {
     return d;
 }
 
+// A formula is computed before it is read when it has no value yet, or cells were written since.
+void ComputeIfStale(Book& book, pugi::xml_node c) {
+    if (!c.child("f")) return;
+    auto v = c.child("v");
+    book.formulas().BeforeRead(!v || (!*v.text().get() && std::strcmp(c.attribute("t").value(), "str") != 0));
+}
+
 }  // namespace
 
 host::Variant SheetImpl::CellValue(long row, long col) {
     auto c = FindCell(row, col);
     if (!c) return {};
+    ComputeIfStale(book_, c);
     long xf;
     return ValueOfCell(book_, c, xf);
 }
@@ -425,6 +441,7 @@ std::string SheetImpl::CellFormat(long row, long col) { return book_.styles().Fo
 std::string SheetImpl::CellText(long row, long col) {
     auto c = FindCell(row, col);
     if (!c) return {};
+    ComputeIfStale(book_, c);
     long xf;
     host::Variant v = ValueOfCell(book_, c, xf);
     if (v.IsEmpty()) return {};
@@ -460,6 +477,7 @@ void SheetImpl::SetCellValue(long row, long col, const host::Variant& value) {
     c.remove_child("v");
     c.remove_child("is");
     c.remove_attribute("t");
+    book_.formulas().Wrote(this, row, col, row, col);
     auto setType = [&](const char* t) { c.append_attribute("t").set_value(t); };
     std::string text;
     switch (v.type()) {
@@ -497,7 +515,9 @@ void SheetImpl::SetCellFormula(long row, long col, const std::string& formula) {
     c.remove_attribute("t");
     auto fn = c.child("extLst") ? c.insert_child_before("f", c.child("extLst")) : c.append_child("f");
     fn.text().set(f.c_str());
-    // The engine doesn't calculate: the application works the value out when it opens the file.
+    hasFormulas_ = true;
+    book_.formulas().Wrote(this, row, col, row, col);
+    // The engine computes only what it can: the application works the rest out on opening the file.
     book_.MarkCalcOnLoad();
 }
 
@@ -524,6 +544,7 @@ void SheetImpl::ClearCell(long row, long col, bool formats) {
     auto c = FindCell(row, col);
     if (!c) return;
     SheetData();  // edit
+    book_.formulas().Wrote(this, row, col, row, col);
     c.remove_child("f");
     c.remove_child("v");
     c.remove_child("is");
@@ -534,6 +555,88 @@ void SheetImpl::ClearCell(long row, long col, bool formats) {
         e.node.remove_child(c);
         e.cells.erase(std::find_if(e.cells.begin(), e.cells.end(), [&](auto& p) { return p.first == col; }));
     }
+}
+
+// ---------------------------------------------------------------- formulas
+
+void SheetImpl::EachFormula(
+    const std::function<void(long row, long col, const std::string& formula, bool array, const host::Variant& cached)>& fn) {
+    if (chartsheet_ || !hasFormulas_) return;
+    BuildIndex();
+    // A follower of a shared formula holds no text: it reads as its leader's, moved.
+    std::map<std::string, std::pair<CellRef, std::string>> leaders;
+    for (auto& [r, e] : rows_)
+        for (auto& [col, c] : e.cells)
+            if (auto f = c.child("f"); f && *f.text().get() && std::strcmp(f.attribute("t").value(), "shared") == 0)
+                leaders.emplace(f.attribute("si").value(), std::pair{CellRef{r, col}, std::string(f.text().get())});
+    for (auto& [r, e] : rows_)
+        for (auto& [col, c] : e.cells) {
+            auto f = c.child("f");
+            if (!f) continue;
+            std::string_view type = f.attribute("t").value();
+            std::string text = f.text().get();
+            if (type == "shared" && text.empty())
+                if (auto it = leaders.find(f.attribute("si").value()); it != leaders.end())
+                    text = TranslateFormula(it->second.second, r - it->second.first.row, col - it->second.first.col);
+            long xf;
+            fn(r, col, text, type == "array" || type == "dataTable", ValueOfCell(book_, c, xf));
+        }
+}
+
+void SheetImpl::EachValue(long r1, long c1, long r2, long c2,
+                          const std::function<void(long row, long col, const host::Variant& value, bool formula)>& fn) {
+    if (chartsheet_) return;
+    BuildIndex();
+    for (auto it = rows_.lower_bound(r1); it != rows_.end() && it->first <= r2; ++it) {
+        auto& cells = it->second.cells;
+        auto c = std::lower_bound(cells.begin(), cells.end(), c1, [](auto& p, long v) { return p.first < v; });
+        for (; c != cells.end() && c->first <= c2; ++c) {
+            long xf;
+            fn(it->first, c->first, ValueOfCell(book_, c->second, xf), static_cast<bool>(c->second.child("f")));
+        }
+    }
+}
+
+bool SheetImpl::SetCachedValue(long row, long col, const host::Variant& value) {
+    auto c = FindCell(row, col);
+    auto f = c.child("f");
+    if (!f) return false;
+    const char* type = "";
+    std::string text;
+    switch (value.type()) {
+        case host::Variant::Type::Boolean:
+            type = "b";
+            text = value.RawBool() ? "1" : "0";
+            break;
+        case host::Variant::Type::String:
+            type = "str";
+            text = EncodeCellText(value.RawString());
+            break;
+        case host::Variant::Type::Error:
+            type = "e";
+            text = ErrorText(value.ErrorCode());
+            break;
+        default: text = NumberXml(host::CDbl(value)); break;
+    }
+    std::string_view held = c.attribute("t").value();
+    bool number = !*type;
+    auto v = c.child("v");
+    // A value the cell holds already leaves the part unchanged; a number compares as a number,
+    // whichever digits wrote it.
+    if (v && (held == type || (number && held == "n"))) {
+        const char* was = v.text().get();
+        if (number ? *was && std::strtod(was, nullptr) == host::CDbl(value) : text == was) return false;
+    }
+    Root(true);
+    if (number) {
+        if (held != "n") c.remove_attribute("t");
+    } else {
+        if (!c.attribute("t")) c.append_attribute("t");
+        c.attribute("t").set_value(type);
+    }
+    if (!v) v = c.insert_child_after("v", f);
+    v.text().set(text.c_str());
+    return true;
 }
 
 bool SheetImpl::Used(long& r1, long& c1, long& r2, long& c2) {
@@ -594,6 +697,8 @@ void SheetImpl::ShiftRows(long at, long count) {
     }
     rows_.merge(moved);
     lastRow_ = rows_.end();
+    // What formulas read from the moved rows on may have changed (a sum lost a deleted row).
+    book_.formulas().Wrote(this, at, 1, kMaxRows, kMaxCols);
     if (count > 0) FormatAsAbove(at, count);
     book_.ApplyRowShift(RowShift{Name(), at, count});
 }
