@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "host/error.h"
 #include "host/format.h"
 #include "host/fwd.h"
 #include "host/variant.h"
@@ -19,21 +20,24 @@ namespace host {
 // A drawing colour. Also stands for the chart colour object that ChartFillFormat's ForeColor and
 // BackColor answer, which has RGB, SchemeColor and Type only. Writing one way of giving the colour
 // (RGB, SchemeColor, ObjectThemeColor) replaces the others, and Type tells which one holds.
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wunused-parameter"  // of the default bodies
 class ColorFormat {
 public:
     virtual ~ColorFormat() = default;
-    virtual long RGB() = 0;
-    virtual void SetRGB(long rgb) = 0;
-    virtual long SchemeColor() = 0;  // an index into the workbook palette
-    virtual void SetSchemeColor(long index) = 0;
-    virtual long ObjectThemeColor() = 0;  // msoThemeColor..., msoNotThemeColor
-    virtual void SetObjectThemeColor(long v) = 0;
-    virtual double TintAndShade() = 0;  // -1 darkest .. 1 lightest
-    virtual void SetTintAndShade(double v) = 0;
-    virtual double Brightness() = 0;
-    virtual void SetBrightness(double v) = 0;
-    virtual long Type() = 0;  // msoColorTypeRGB, msoColorTypeScheme ...
+    virtual long RGB() { Unavailable(this, __func__); }
+    virtual void SetRGB(long rgb) { Unavailable(this, __func__); }
+    virtual long SchemeColor() { Unavailable(this, __func__); }  // an index into the workbook palette
+    virtual void SetSchemeColor(long index) { Unavailable(this, __func__); }
+    virtual long ObjectThemeColor() { Unavailable(this, __func__); }  // msoThemeColor..., msoNotThemeColor
+    virtual void SetObjectThemeColor(long v) { Unavailable(this, __func__); }
+    virtual double TintAndShade() { Unavailable(this, __func__); }  // -1 darkest .. 1 lightest
+    virtual void SetTintAndShade(double v) { Unavailable(this, __func__); }
+    virtual double Brightness() { Unavailable(this, __func__); }
+    virtual void SetBrightness(double v) { Unavailable(this, __func__); }
+    virtual long Type() { Unavailable(this, __func__); }  // msoColorTypeRGB, msoColorTypeScheme ...
 };
+#pragma GCC diagnostic pop
 
 class FillFormat {
 public:

@@ -3,6 +3,7 @@
 // error blocks catch and report.
 #include <stdexcept>
 #include <string>
+#include <typeinfo>
 
 namespace host {
 
@@ -38,5 +39,15 @@ inline constexpr long ApplicationDefined = 1004;   // the application's refusals
 
 [[noreturn]] void Raise(long number);  // raises with the run-time's own description
 [[noreturn]] void Raise(long number, const std::string& description);
+
+// Error 1004 "<member> is not available in this engine yet.": what an implementation raises for
+// a member it has not built. The object model's members raise it by default, named after the class
+// that declares them ("ChartArea.SetShadow"), so that an implementation writes only what it builds.
+[[noreturn]] void Unavailable(const std::string& member);
+[[noreturn]] void Unavailable(const std::type_info& declaring, const char* member);
+template <class T>
+[[noreturn]] void Unavailable(const T*, const char* member) {
+    Unavailable(typeid(T), member);
+}
 
 }  // namespace host

@@ -1,5 +1,7 @@
 #include "host/variant.h"
 
+#include <cxxabi.h>
+
 #include <cctype>
 #include <cmath>
 #include <cstdio>
@@ -34,6 +36,19 @@ const char* Describe(long number) {
 
 void Raise(long number) { throw Error(number, Describe(number)); }
 void Raise(long number, const std::string& description) { throw Error(number, description); }
+
+void Unavailable(const std::string& member) {
+    Raise(err::ApplicationDefined, member + " is not available in this engine yet.");
+}
+
+void Unavailable(const std::type_info& declaring, const char* member) {
+    int status = 0;
+    char* full = abi::__cxa_demangle(declaring.name(), nullptr, nullptr, &status);
+    std::string cls = status == 0 && full ? full : declaring.name();
+    std::free(full);
+    if (auto colons = cls.rfind("::"); colons != std::string::npos) cls.erase(0, colons + 2);
+    Unavailable(cls + "." + member);
+}
 
 // ---------------------------------------------------------------- text
 

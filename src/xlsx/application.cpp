@@ -8,7 +8,7 @@ namespace xlsx {
 
 void Refuse(const std::string& description) { throw host::Error(host::err::ApplicationDefined, description); }
 
-void NotAvailable(const char* member) { Refuse(std::string(member) + " is not available in this engine yet."); }
+void NotAvailable(const char* member) { host::Unavailable(member); }
 
 namespace {
 // The window shows the active sheet of the active workbook; its switches are that sheet's view,

@@ -21,6 +21,7 @@ class Book;
 class SheetImpl;
 class AppImpl;
 class Drawing;
+class Theme;
 class Formulas;
 
 inline constexpr long kMaxRows = 1048576;
@@ -239,6 +240,7 @@ public:
     AppImpl& app() { return app_; }
     SharedStrings& strings();
     Styles& styles();
+    Theme& theme();  // read on first use (drawingml.cpp)
     Formulas& formulas();  // formulas.cpp
     // The same counts as strings().Count() and styles().Count(), without making either part.
     size_t SharedStringCount();
@@ -283,6 +285,7 @@ private:
     long activeTab_ = 0;
     std::unique_ptr<SharedStrings> strings_;
     std::unique_ptr<Styles> styles_;
+    std::shared_ptr<Theme> theme_;
     std::shared_ptr<Formulas> formulas_;
     bool shared_ = false;
 };

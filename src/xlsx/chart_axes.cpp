@@ -1,4 +1,5 @@
-// Axes of a chart: scales, crossings, tick marks and labels, gridlines and axis titles.
+// Axes of a chart: scales, crossings, tick marks and labels, gridlines and axis titles; the axes a
+// chart type needs, made; the room their labels and titles take.
 #include <algorithm>
 #include <cmath>
 
@@ -60,7 +61,7 @@ std::string SourceFormat(ChartDoc& doc, pugi::xml_node axis) {
     return {};
 }
 
-class GridlinesImpl : public GridlinesBase {
+class GridlinesImpl : public host::Gridlines {
 public:
     GridlinesImpl(DocPtr d, std::function<pugi::xml_node(bool)> axis, const char* which)
         : d_(std::move(d)), axis_(std::move(axis)), which_(which) {}
@@ -81,7 +82,7 @@ private:
     const char* which_;
 };
 
-class TickLabelsImpl : public TickLabelsBase {
+class TickLabelsImpl : public host::TickLabels {
 public:
     TickLabelsImpl(DocPtr d, std::function<pugi::xml_node(bool)> axis) : d_(std::move(d)), axis_(std::move(axis)) {}
     Ref<host::Font> Font() override { return MakeFont(d_, Holder{axis_, &kAxOrder, 0xFFFFFF, 9}); }
@@ -143,7 +144,7 @@ const Unit kUnits[] = {{host::xlHundreds, "hundreds", 1e2},          {host::xlTh
                        {-8, "hundredMillions", 1e8},                 {host::xlThousandMillions, "billions", 1e9},
                        {host::xlMillionMillions, "trillions", 1e12}};
 
-class AxisImpl : public AxisBase {
+class AxisImpl : public host::Axis {
 public:
     AxisImpl(DocPtr d, long type, long group) : d_(std::move(d)), type_(type), group_(group) {}
 
@@ -373,7 +374,7 @@ private:
         if (Kid(ax, which)) return;
         auto ln = InsertAt(ax, which, kAxOrder, d_->c).append_child(d_->C("spPr").c_str()).append_child(d_->A("ln").c_str());
         ln.append_attribute("w") = "9525";
-        ln.append_child(d_->A("solidFill").c_str()).append_child(d_->A("srgbClr").c_str()).append_attribute("val") = "D9D9D9";
+        PutSolid(ln, 0xD9D9D9, d_->a);
     }
     bool IsValueScale() { return LocalName(N(false)) == "valAx" || LocalName(N(false)) == "dateAx"; }
     pugi::xml_node Units() {
@@ -627,6 +628,110 @@ void RelinkAxisFormats(ChartDoc& doc) {
         std::string code = SourceFormat(doc, ax);
         if (!code.empty()) nf.attribute("formatCode") = code.c_str();
     }
+}
+
+// ---------------------------------------------------------------- new axes
+
+namespace {
+
+// Axis ids are unsigned 32-bit numbers; a new one follows the highest in use.
+long NewAxisId(ChartDoc& doc) {
+    long long id = 500000000;
+    for (auto n : doc.PlotArea(false).children())
+        for (auto a : ChildrenL(n, "axId")) id = std::max(id, a.attribute("val").as_llong());
+    return id < 4294967290LL ? long(id + 1) : 500000001;
+}
+
+pugi::xml_node MakeAxisNode(ChartDoc& doc, const char* kind, long id, long cross, const char* pos, bool grid) {
+    auto pa = doc.PlotArea(true);
+    auto ax = InsertAt(pa, kind, kPlotAreaOrder, doc.c);
+    std::string k = kind;
+    SetVal(ax, "axId", std::to_string(id), kAxOrder, doc.c);
+    auto sc = Ensure(ax, "scaling", kAxOrder, doc.c);
+    SetVal(sc, "orientation", "minMax", kScalingOrder, doc.c);
+    SetVal(ax, "delete", "0", kAxOrder, doc.c);
+    SetVal(ax, "axPos", pos, kAxOrder, doc.c);
+    if (grid) Ensure(ax, "majorGridlines", kAxOrder, doc.c);
+    auto nf = Ensure(ax, "numFmt", kAxOrder, doc.c);
+    nf.append_attribute("formatCode") = "General";
+    nf.append_attribute("sourceLinked") = "1";
+    SetVal(ax, "majorTickMark", "none", kAxOrder, doc.c);
+    SetVal(ax, "minorTickMark", "none", kAxOrder, doc.c);
+    SetVal(ax, "tickLblPos", "nextTo", kAxOrder, doc.c);
+    SetVal(ax, "crossAx", std::to_string(cross), kAxOrder, doc.c);
+    SetVal(ax, "crosses", "autoZero", kAxOrder, doc.c);
+    if (k == "catAx") {
+        SetVal(ax, "auto", "1", kAxOrder, doc.c);
+        SetVal(ax, "lblAlgn", "ctr", kAxOrder, doc.c);
+        SetVal(ax, "lblOffset", "100", kAxOrder, doc.c);
+        SetVal(ax, "noMultiLvlLbl", "0", kAxOrder, doc.c);
+    } else if (k == "valAx") {
+        SetVal(ax, "crossBetween", "between", kAxOrder, doc.c);
+    }
+    return ax;
+}
+
+}  // namespace
+
+std::vector<long> AxisIds(pugi::xml_node g) {
+    std::vector<long> ids;
+    for (auto a : ChildrenL(g, "axId")) ids.push_back(a.attribute("val").as_llong());
+    return ids;
+}
+
+namespace {
+
+pugi::xml_node AxisById(ChartDoc& doc, long id) {
+    for (auto n : doc.PlotArea(false).children())
+        if (IsAxis(LocalName(n)) && LongOf(Val(n, "axId", "0")) == id) return n;
+    return {};
+}
+
+}  // namespace
+
+std::vector<long> PrepareAxes(ChartDoc& doc, const AxesSpec& spec, const std::vector<long>& old) {
+    auto pa = doc.PlotArea(true);
+    if (spec.none) {
+        std::vector<pugi::xml_node> axes;
+        for (auto n : pa.children())
+            if (IsAxis(LocalName(n))) axes.push_back(n);
+        for (auto n : axes) pa.remove_child(n);
+        return {};
+    }
+    pugi::xml_node cat, val, ser;
+    if (old.size() >= 2) {
+        cat = AxisById(doc, old[0]);
+        val = AxisById(doc, old[1]);
+        if (old.size() >= 3 && old[2]) ser = AxisById(doc, old[2]);
+    }
+    bool xy = spec.xy;
+    bool fit = cat && val && LocalName(val) == "valAx" && (xy ? LocalName(cat) == "valAx" : LocalName(cat) != "valAx");
+    if (!fit) {
+        // rebuild the pair with the ids of the old one, or new ids
+        if (cat) pa.remove_child(cat);
+        if (val) pa.remove_child(val);
+        long idc = old.size() >= 2 ? old[0] : NewAxisId(doc);
+        long idv = old.size() >= 2 ? old[1] : idc + 1;
+        if (idv == idc) idv = idc + 1;
+        cat = MakeAxisNode(doc, xy ? "valAx" : "catAx", idc, idv, "b", false);
+        val = MakeAxisNode(doc, "valAx", idv, idc, "l", true);
+    }
+    bool horizontal = spec.horizontal;
+    SetVal(cat, "axPos", horizontal ? "l" : "b", kAxOrder, doc.c);
+    SetVal(val, "axPos", horizontal ? "b" : "l", kAxOrder, doc.c);
+    if (LocalName(val) == "valAx" && !xy)
+        SetVal(val, "crossBetween", spec.midCat ? "midCat" : "between", kAxOrder, doc.c);
+    if (ser) pa.remove_child(ser);
+    std::vector<long> ids = {LongOf(Val(cat, "axId")), LongOf(Val(val, "axId"))};
+    // other axes (a secondary pair) go with the groups that used them
+    std::vector<pugi::xml_node> extra;
+    for (auto n : pa.children()) {
+        if (!IsAxis(LocalName(n))) continue;
+        long id = LongOf(Val(n, "axId", "0"));
+        if (id != ids[0] && id != ids[1]) extra.push_back(n);
+    }
+    for (auto n : extra) pa.remove_child(n);
+    return ids;
 }
 
 pugi::xml_node FindAxis(ChartDoc& doc, long type, long group) { return Node(doc, type, group); }

@@ -13,6 +13,7 @@
 #include <pugixml.hpp>
 
 #include "host/drawing.h"
+#include "host/error.h"
 #include "xlsx/ooxml.h"
 
 namespace xlsx {
@@ -145,13 +146,26 @@ struct TextHost {
 std::shared_ptr<host::TextFrame> MakeTextFrame(TextHost host);
 std::shared_ptr<host::TextFrame2> MakeTextFrame2(TextHost host);
 
+// A fill of a drawing without patterns and gradients yet: those members refuse, saying whose fill
+// it is ("of a shape", "of text").
+class PlainFill : public host::FillFormat {
+public:
+    long Pattern() override { Unbuilt("Pattern"); }
+    long GradientStyle() override { Unbuilt("GradientStyle"); }
+    void Patterned(long) override { Unbuilt("Patterned"); }
+    void OneColorGradient(long, long, double) override { Unbuilt("OneColorGradient"); }
+    void TwoColorGradient(long, long) override { Unbuilt("TwoColorGradient"); }
+    void PresetGradient(long, long, long) override { Unbuilt("PresetGradient"); }
+
+protected:
+    explicit PlainFill(const char* of) : of_(of) {}
+
+private:
+    [[noreturn]] void Unbuilt(const char* member) { host::Unavailable(std::string("FillFormat.") + member + " " + of_); }
+    const char* of_;
+};
+
 std::shared_ptr<host::FillFormat> MakeShapeFill(DrawingPtr drawing, const ShapeNodes& s);
 std::shared_ptr<host::LineFormat> MakeShapeLine(DrawingPtr drawing, const ShapeNodes& s);
-
-// Theme colours and DrawingML colour elements (srgbClr, schemeClr, sysClr, prstClr) as RGB longs
-// (red in the low byte, as automation has them).
-long ColorElementRgb(Book& book, pugi::xml_node color, long fallback);
-long ThemeColorRgb(Book& book, std::string_view name);  // "accent1", "tx1", "lt1" ...
-std::string ThemeMinorFont(Book& book);
 
 }  // namespace xlsx

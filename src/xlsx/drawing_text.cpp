@@ -2,7 +2,6 @@
 // body properties, and the Office drawing layer's TextFrame2 over the same text.
 #include <algorithm>
 #include <cmath>
-#include <cstdio>
 #include <functional>
 #include <map>
 
@@ -11,6 +10,7 @@
 #include "host/error.h"
 #include "xlsx/book.h"
 #include "xlsx/drawing.h"
+#include "xlsx/drawingml.h"
 
 namespace xlsx {
 
@@ -23,13 +23,6 @@ using host::Variant;
 constexpr long kOverflowOverflow = 0, kOverflowClip = 1, kOverflowEllipsis = 2;
 constexpr long kContext = -5002, kLTR = -5003, kRTL = -5004;
 
-std::string Hex(long rgb) {
-    char buf[8];
-    std::snprintf(buf, sizeof buf, "%02X%02X%02X", static_cast<int>(rgb & 0xFF), static_cast<int>((rgb >> 8) & 0xFF),
-                  static_cast<int>((rgb >> 16) & 0xFF));
-    return buf;
-}
-
 std::vector<std::string> CodePoints(std::string_view s) {
     std::vector<std::string> out;
     for (size_t i = 0; i < s.size();) {
@@ -39,12 +32,6 @@ std::vector<std::string> CodePoints(std::string_view s) {
         i += n;
     }
     return out;
-}
-
-void SetAttr(pugi::xml_node n, const char* name, const std::string& v) {
-    auto a = n.attribute(name);
-    if (!a) a = n.append_attribute(name);
-    a.set_value(v.c_str());
 }
 
 // ---------------------------------------------------------------- the text model
@@ -142,16 +129,7 @@ public:
         paras.erase(paras.begin() + k + 1, paras.begin() + k + 1 + gone);
         chars.erase(chars.begin() + s, chars.begin() + e);
         std::vector<Ch> add;
-        std::string clean;
-        for (size_t i = 0; i < text.size(); ++i) {
-            if (text[i] == '\r') {
-                clean += '\n';
-                if (i + 1 < text.size() && text[i + 1] == '\n') ++i;
-            } else {
-                clean += text[i];
-            }
-        }
-        for (auto& cp : CodePoints(clean)) {
+        for (auto& cp : CodePoints(LineFeeds(text))) {
             if (cp == "\n") {
                 paras.insert(paras.begin() + k + 1, paras[k]);
                 add.push_back({cp, -1});
@@ -224,13 +202,11 @@ struct TextSpan {
         return out;
     }
     // The common value of a format property over the span; Null when it differs.
-    Variant Common(const std::function<Variant(pugi::xml_node)>& get) {
+    Variant Common(const std::function<Variant(const RunFormat&)>& get) {
         return Read([&](TextModel& m, long s, long e) {
-            auto list = Formats(m, s, e);
-            Variant first = get(list.front());
-            for (auto& f : list)
-                if (!(get(f) == first)) return Variant::Null();
-            return first;
+            std::vector<RunFormat> runs;
+            for (auto f : Formats(m, s, e)) runs.push_back({f, {}});
+            return RunFont::Shared(std::move(runs), get);
         });
     }
     // Changes the format of every character of the span, and the paragraph ends it covers.
@@ -267,157 +243,33 @@ struct TextSpan {
     }
 };
 
-// rPr editing in child order: fills before latin, latin before ea, cs, sym, links, rtl, extLst.
-pugi::xml_node RunChild(pugi::xml_node rPr, const char* local, const std::string& prefix) {
-    if (auto k = Kid(rPr, local)) return k;
-    std::string name = prefix + local;
-    std::string_view l(local);
-    bool isFill = l == "solidFill" || l == "noFill";
-    for (auto c : rPr.children()) {
-        auto cl = LocalName(c.name());
-        if (cl == "ln") continue;
-        if (isFill || cl == "ea" || cl == "cs" || cl == "sym" || cl == "hlinkClick" || cl == "hlinkMouseOver" ||
-            cl == "rtl" || cl == "extLst")
-            return rPr.insert_child_before(name.c_str(), c);
-    }
-    return rPr.append_child(name.c_str());
-}
-
-void RemoveFills(pugi::xml_node rPr) {
-    for (auto c = rPr.first_child(); c;) {
-        auto next = c.next_sibling();
-        auto l = LocalName(c.name());
-        if (l == "solidFill" || l == "noFill" || l == "gradFill" || l == "pattFill" || l == "blipFill") rPr.remove_child(c);
-        c = next;
-    }
-}
-
-std::string Prefix(pugi::xml_node n) {
-    std::string name = n.name();
-    auto colon = name.find(':');
-    return colon == std::string::npos ? "" : name.substr(0, colon + 1);
-}
-
-void PaintRun(pugi::xml_node rPr, long rgb) {
-    RemoveFills(rPr);
-    auto p = Prefix(rPr);
-    auto fill = RunChild(rPr, "solidFill", p);
-    fill.append_child((p + "srgbClr").c_str()).append_attribute("val").set_value(Hex(rgb).c_str());
-}
-
-// The effective font values of a run format, with the shape style's and theme's defaults.
-struct FontReader {
-    TextSpan span;
-
-    std::string Name(pugi::xml_node rPr) {
-        std::string face = Kid(rPr, "latin").attribute("typeface").value();
-        if (face.empty() || face == "+mn-lt") return ThemeMinorFont(span.book());
-        return face;
-    }
-    double Size(pugi::xml_node rPr) { return rPr.attribute("sz") ? rPr.attribute("sz").as_double() / 100 : 11; }
-    bool Bold(pugi::xml_node rPr) { return rPr.attribute("b").as_bool(); }
-    bool Italic(pugi::xml_node rPr) { return rPr.attribute("i").as_bool(); }
-    long Color(pugi::xml_node rPr) {
-        auto fill = Kid(rPr, "solidFill");
-        long style = 0;
-        if (auto ref = Kid(Kid(span.host.s.el, "style"), "fontRef"))
-            for (auto c : ref.children()) style = ColorElementRgb(span.book(), c, 0);
-        if (!fill) return style;
-        for (auto c : fill.children()) return ColorElementRgb(span.book(), c, style);
-        return style;
-    }
-};
-
 // ---------------------------------------------------------------- Font over a span
 
-class SpanFont : public host::Font {
+// The font of a span: the shape style's font colour where a run has none, 11 points where it says
+// no size; a new face goes to the complex script font too.
+class SpanFont : public RunFont {
 public:
-    explicit SpanFont(TextSpan span) : s_(std::move(span)), r_{s_} {}
+    explicit SpanFont(TextSpan span) : RunFont(span.book().theme(), 11, true), s_(std::move(span)) {}
 
-    Variant Name() override { return s_.Common([&](pugi::xml_node f) { return Variant(r_.Name(f)); }); }
-    void SetName(const Variant& v) override {
-        std::string name = host::CStr(v);
-        s_.Format([&](pugi::xml_node rPr) {
-            auto p = Prefix(rPr);
-            for (const char* k : {"latin", "cs"}) SetAttr(RunChild(rPr, k, p), "typeface", name);
-            // ea only where it was given, as the application keeps East Asian faces apart.
-        });
-    }
-    Variant Size() override { return s_.Common([&](pugi::xml_node f) { return Variant(r_.Size(f)); }); }
-    void SetSize(const Variant& v) override {
-        double size = host::CDbl(v);
-        if (size < 1 || size > 409) Refuse("Unable to set the Size property of the Font class");
-        s_.Format([&](pugi::xml_node rPr) { SetAttr(rPr, "sz", std::to_string(std::lround(size * 100))); });
-    }
-    Variant Bold() override { return s_.Common([&](pugi::xml_node f) { return Variant(r_.Bold(f)); }); }
-    void SetBold(const Variant& v) override {
-        bool b = host::CBool(v);
-        s_.Format([&](pugi::xml_node rPr) { SetAttr(rPr, "b", b ? "1" : "0"); });
-    }
-    Variant Italic() override { return s_.Common([&](pugi::xml_node f) { return Variant(r_.Italic(f)); }); }
-    void SetItalic(const Variant& v) override {
-        bool b = host::CBool(v);
-        s_.Format([&](pugi::xml_node rPr) { SetAttr(rPr, "i", b ? "1" : "0"); });
-    }
-    Variant Underline() override {
-        return s_.Common([&](pugi::xml_node f) {
-            std::string_view u = f.attribute("u").value();
-            if (u.empty() || u == "none") return Variant(host::xlUnderlineStyleNone);
-            return Variant(u == "dbl" ? host::xlUnderlineStyleDouble : host::xlUnderlineStyleSingle);
-        });
-    }
-    void SetUnderline(const Variant& v) override {
-        long u = v.type() == Variant::Type::Boolean ? (v.RawBool() ? host::xlUnderlineStyleSingle : host::xlUnderlineStyleNone)
-                                                     : host::CLng(v);
-        const char* val = u == host::xlUnderlineStyleNone ? "none" : u == host::xlUnderlineStyleDouble ? "dbl" : "sng";
-        s_.Format([&](pugi::xml_node rPr) { SetAttr(rPr, "u", val); });
-    }
-    Variant Strikethrough() override {
-        return s_.Common([&](pugi::xml_node f) {
-            std::string_view v = f.attribute("strike").value();
-            return Variant(!v.empty() && v != "noStrike");
-        });
-    }
-    void SetStrikethrough(const Variant& v) override {
-        bool b = host::CBool(v);
-        s_.Format([&](pugi::xml_node rPr) { SetAttr(rPr, "strike", b ? "sngStrike" : "noStrike"); });
-    }
-    Variant Color() override { return s_.Common([&](pugi::xml_node f) { return Variant(r_.Color(f)); }); }
-    void SetColor(const Variant& v) override {
-        long rgb = host::CLng(v);
-        if (rgb < 0 || rgb > 0xFFFFFF) Refuse("Unable to set the Color property of the Font class");
-        s_.Format([&](pugi::xml_node rPr) { PaintRun(rPr, rgb); });
-    }
     Variant ColorIndex() override { NotAvailable("Font.ColorIndex of shape text"); }
     void SetColorIndex(const Variant& v) override {
         long i = host::CLng(v);
-        if (i == host::xlColorIndexAutomatic) {
-            s_.Format([](pugi::xml_node rPr) { RemoveFills(rPr); });
-            return;
-        }
+        if (i == host::xlColorIndexAutomatic) return RemoveColor();
         if (i < 1 || i > 56) Refuse("Unable to set the ColorIndex property of the Font class");
         SetColor(s_.book().Colors(i));
-    }
-    Variant FontStyle() override {
-        return s_.Common([&](pugi::xml_node f) {
-            bool b = r_.Bold(f), i = r_.Italic(f);
-            return Variant(b && i ? "Bold Italic" : b ? "Bold" : i ? "Italic" : "Regular");
-        });
-    }
-    void SetFontStyle(const Variant& v) override {
-        std::string style = host::LCase(host::CStr(v));
-        bool b = style.find("bold") != std::string::npos, i = style.find("italic") != std::string::npos;
-        s_.Format([&](pugi::xml_node rPr) {
-            SetAttr(rPr, "b", b ? "1" : "0");
-            SetAttr(rPr, "i", i ? "1" : "0");
-        });
     }
     Variant Background() override { NotAvailable("Font.Background of shape text"); }
     void SetBackground(const Variant&) override { NotAvailable("Font.Background of shape text"); }
 
+protected:
+    Variant Common(const std::function<Variant(const RunFormat&)>& get) override { return s_.Common(get); }
+    void Format(const std::function<void(pugi::xml_node)>& set) override { s_.Format(set); }
+    long DefaultColor() override {
+        return ColorRgb(theme_, ColorIn(Kid(Kid(s_.host.s.el, "style"), "fontRef")), 0);
+    }
+
 private:
     TextSpan s_;
-    FontReader r_;
 };
 
 class CharactersImpl : public host::Characters {
@@ -474,7 +326,7 @@ struct BodyProps {
             c = next;
         }
         if (!kind) return;
-        std::string name = Prefix(pr) + kind;
+        std::string name = ElementPrefix(pr) + kind;
         if (auto warp = Kid(pr, "prstTxWarp")) pr.insert_child_after(name.c_str(), warp);
         else pr.prepend_child(name.c_str());
     }
@@ -486,7 +338,7 @@ struct BodyProps {
         for (auto p : body.children()) {
             if (LocalName(p.name()) != "p") continue;
             auto pPr = Kid(p, "pPr");
-            if (!pPr) pPr = p.prepend_child((Prefix(p) + "pPr").c_str());
+            if (!pPr) pPr = p.prepend_child((ElementPrefix(p) + "pPr").c_str());
             SetAttr(pPr, name, v);
         }
     }
@@ -522,30 +374,16 @@ public:
     bool AutoSize() override { return b_.AutoFit() == "spAutoFit"; }
     void SetAutoSize(bool v) override { b_.SetAutoFit(v ? "spAutoFit" : nullptr); }
     long HorizontalAlignment() override {
-        std::string_view v = b_.FirstPPr().attribute("algn").value();
-        if (v == "ctr") return host::xlHAlignCenter;
-        if (v == "r") return host::xlHAlignRight;
-        if (v == "just") return host::xlHAlignJustify;
-        if (v == "dist") return host::xlHAlignDistributed;
-        return host::xlHAlignLeft;
+        return AlignmentOf(b_.FirstPPr().attribute("algn").value(), false, host::xlHAlignLeft);
     }
     void SetHorizontalAlignment(long v) override {
-        const char* a = v == host::xlHAlignLeft ? "l" : v == host::xlHAlignCenter ? "ctr" : v == host::xlHAlignRight ? "r"
-                        : v == host::xlHAlignJustify ? "just" : v == host::xlHAlignDistributed ? "dist" : nullptr;
+        const char* a = AlignmentName(v, false);
         if (!a) Refuse("Unable to set the HorizontalAlignment property of the TextFrame class");
         b_.SetParagraphs("algn", a);
     }
-    long VerticalAlignment() override {
-        std::string_view v = b_.Read().attribute("anchor").value();
-        if (v == "ctr") return host::xlVAlignCenter;
-        if (v == "b") return host::xlVAlignBottom;
-        if (v == "just") return host::xlVAlignJustify;
-        if (v == "dist") return host::xlVAlignDistributed;
-        return host::xlVAlignTop;
-    }
+    long VerticalAlignment() override { return AlignmentOf(b_.Read().attribute("anchor").value(), true, host::xlVAlignTop); }
     void SetVerticalAlignment(long v) override {
-        const char* a = v == host::xlVAlignTop ? "t" : v == host::xlVAlignCenter ? "ctr" : v == host::xlVAlignBottom ? "b"
-                        : v == host::xlVAlignJustify ? "just" : v == host::xlVAlignDistributed ? "dist" : nullptr;
+        const char* a = AlignmentName(v, true);
         if (!a) Refuse("Unable to set the VerticalAlignment property of the TextFrame class");
         b_.Set("anchor", a);
     }
@@ -613,12 +451,12 @@ class TextColor : public host::ColorFormat {
 public:
     explicit TextColor(TextSpan s) : s_(std::move(s)) {}
     long RGB() override {
-        auto v = s_.Common([&](pugi::xml_node f) { return Variant(FontReader{s_}.Color(f)); });
+        auto v = SpanFont(s_).Color();
         return v.IsNull() ? 0 : host::CLng(v);
     }
     void SetRGB(long rgb) override {
         if (rgb < 0 || rgb > 0xFFFFFF) Refuse("The specified value is out of range.");
-        s_.Format([&](pugi::xml_node rPr) { PaintRun(rPr, rgb); });
+        s_.Format([&](pugi::xml_node rPr) { PutSolid(rPr, rgb, ElementPrefix(rPr)); });
     }
     long SchemeColor() override { NotAvailable("ColorFormat.SchemeColor of text"); }
     void SetSchemeColor(long) override { NotAvailable("ColorFormat.SchemeColor of text"); }
@@ -634,13 +472,13 @@ private:
     TextSpan s_;
 };
 
-class TextFill : public host::FillFormat {
+class TextFill : public PlainFill {
 public:
-    explicit TextFill(TextSpan s) : s_(std::move(s)) {}
+    explicit TextFill(TextSpan s) : PlainFill("of text"), s_(std::move(s)) {}
     Ref<host::ColorFormat> ForeColor() override { return std::make_shared<TextColor>(s_); }
     Ref<host::ColorFormat> BackColor() override { NotAvailable("FillFormat.BackColor of text"); }
     long Visible() override {
-        auto v = s_.Common([](pugi::xml_node f) { return Variant(!Kid(f, "noFill")); });
+        auto v = s_.Common([](const RunFormat& f) { return Variant(!Kid(f.own, "noFill")); });
         return v.IsNull() ? host::msoTriStateMixed : v.RawBool() ? host::msoTrue : host::msoFalse;
     }
     void SetVisible(long v) override {
@@ -650,21 +488,12 @@ public:
             });
             return;
         }
-        s_.Format([](pugi::xml_node rPr) {
-            RemoveFills(rPr);
-            RunChild(rPr, "noFill", Prefix(rPr));
-        });
+        s_.Format([](pugi::xml_node rPr) { PutFill(rPr, "noFill", ElementPrefix(rPr)); });
     }
     double Transparency() override { NotAvailable("FillFormat.Transparency of text"); }
     void SetTransparency(double) override { NotAvailable("FillFormat.Transparency of text"); }
     long Type() override { return host::msoFillSolid; }
-    long Pattern() override { NotAvailable("FillFormat.Pattern of text"); }
-    long GradientStyle() override { NotAvailable("FillFormat.GradientStyle of text"); }
     void Solid() override { SetVisible(host::msoTrue); }
-    void Patterned(long) override { NotAvailable("FillFormat.Patterned of text"); }
-    void OneColorGradient(long, long, double) override { NotAvailable("FillFormat.OneColorGradient of text"); }
-    void TwoColorGradient(long, long) override { NotAvailable("FillFormat.TwoColorGradient of text"); }
-    void PresetGradient(long, long, long) override { NotAvailable("FillFormat.PresetGradient of text"); }
 
 private:
     TextSpan s_;

@@ -21,6 +21,73 @@ pugi::xml_node Kid(pugi::xml_node parent, std::string_view local) {
     return {};
 }
 
+std::string ElementPrefix(pugi::xml_node n) {
+    std::string_view name = n.name();
+    auto colon = name.find(':');
+    return colon == std::string_view::npos ? "" : std::string(name.substr(0, colon + 1));
+}
+
+void SetAttr(pugi::xml_node n, const char* name, const std::string& value) {
+    auto a = n.attribute(name);
+    if (!a) a = n.append_attribute(name);
+    a.set_value(value.c_str());
+}
+
+bool OneOf(std::string_view alternatives, std::string_view local) {
+    while (true) {
+        auto bar = alternatives.find('|');
+        if (alternatives.substr(0, bar) == local) return true;
+        if (bar == std::string_view::npos) return false;
+        alternatives.remove_prefix(bar + 1);
+    }
+}
+
+std::vector<pugi::xml_node> ChildrenL(pugi::xml_node parent, std::string_view local) {
+    std::vector<pugi::xml_node> out;
+    for (auto ch : parent.children())
+        if (ch.type() == pugi::node_element && LocalName(ch) == local) out.push_back(ch);
+    return out;
+}
+
+namespace {
+size_t Rank(std::string_view local, const std::vector<std::string_view>& order) {
+    for (size_t i = 0; i < order.size(); ++i)
+        if (OneOf(order[i], local)) return i;
+    return order.size();
+}
+}  // namespace
+
+pugi::xml_node InsertAt(pugi::xml_node parent, std::string_view local, const std::vector<std::string_view>& order,
+                        const std::string& prefix) {
+    size_t r = Rank(local, order);
+    std::string name = prefix + std::string(local);
+    pugi::xml_node after;
+    for (auto ch : parent.children()) {
+        if (ch.type() != pugi::node_element) continue;
+        if (Rank(LocalName(ch), order) <= r) after = ch;
+        else break;
+    }
+    return after ? parent.insert_child_after(name.c_str(), after) : parent.prepend_child(name.c_str());
+}
+
+pugi::xml_node Ensure(pugi::xml_node parent, std::string_view local, const std::vector<std::string_view>& order,
+                      const std::string& prefix) {
+    if (auto n = Kid(parent, local)) return n;
+    return InsertAt(parent, local, order, prefix);
+}
+
+pugi::xml_node MoveInto(pugi::xml_node parent, pugi::xml_node node, const std::vector<std::string_view>& order,
+                        const std::string& prefix) {
+    auto place = InsertAt(parent, LocalName(node), order, prefix);
+    auto moved = parent.insert_move_after(node, place);
+    parent.remove_child(place);
+    return moved;
+}
+
+void RemoveL(pugi::xml_node parent, std::string_view local) {
+    for (auto n : ChildrenL(parent, local)) parent.remove_child(n);
+}
+
 // The prefix (with colon) bound to a namespace on an element, declared there when missing.
 std::string PrefixFor(pugi::xml_node root, const char* ns, const char* preferred) {
     for (auto a : root.attributes()) {

@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include <pugixml.hpp>
 
@@ -60,6 +61,26 @@ std::optional<long long> IntegerOf(std::string_view text);
 long LongOf(std::string_view text);
 // An RGB value written as hex digits ("1F77B4"); 0 for anything else.
 unsigned HexOf(std::string_view text);
+
+// The prefix of an element's name, with its colon; "" for none.
+std::string ElementPrefix(pugi::xml_node n);
+// Sets an attribute, added when missing.
+void SetAttr(pugi::xml_node n, const char* name, const std::string& value);
+
+// Children in schema order. `order` lists the local names of a parent's content model in schema
+// order; an entry may name the members of one choice, which share its place ("catAx|valAx").
+bool OneOf(std::string_view alternatives, std::string_view local);
+std::vector<pugi::xml_node> ChildrenL(pugi::xml_node parent, std::string_view local);
+// A new child of that local name at its schema place, after its like siblings.
+pugi::xml_node InsertAt(pugi::xml_node parent, std::string_view local, const std::vector<std::string_view>& order,
+                        const std::string& prefix);
+// The child of that local name, made at its schema place when absent.
+pugi::xml_node Ensure(pugi::xml_node parent, std::string_view local, const std::vector<std::string_view>& order,
+                      const std::string& prefix);
+// Moves node into parent at its schema place.
+pugi::xml_node MoveInto(pugi::xml_node parent, pugi::xml_node node, const std::vector<std::string_view>& order,
+                        const std::string& prefix);
+void RemoveL(pugi::xml_node parent, std::string_view local);
 
 // Renames the elements of the namespaces the engine reads, and attributes of the relationships
 // namespace, to the prefixes the engine reads and writes them with: none for SpreadsheetML and the
