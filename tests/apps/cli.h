@@ -1,5 +1,7 @@
 #pragma once
 // Running the plotsmith program on copies of the example workbook.
+#include <gtest/gtest.h>
+
 #include <fstream>
 #include <iterator>
 #include <string>
@@ -24,6 +26,17 @@ inline ts::fs::path SalesBook(const std::string& test) {
     auto dir = ts::ScratchDir(test);
     ts::fs::copy_file(Example("sales.xlsx"), dir / "book.xlsx");
     return dir / "book.xlsx";
+}
+
+// A copy of sales.xlsx with the column chart (categories Region, colours Quarter) and the bar
+// chart (categories Product, colours Region, values Units) added on the Sales sheet.
+inline ts::fs::path BookWithCharts(const std::string& test) {
+    auto book = SalesBook(test);
+    for (auto* xml : {"column-revenue-by-region.xml", "bar-units-by-product.xml"}) {
+        auto r = ts::Run(Plotsmith("add " + Q(book) + " " + Q(Example(xml)) + " --sheet Sales"));
+        EXPECT_EQ(r.status, 0) << r.output;
+    }
+    return book;
 }
 
 }  // namespace clitest

@@ -10,16 +10,6 @@ using namespace clitest;
 
 namespace {
 
-// The example with a column and a bar chart on the Sales sheet.
-ts::fs::path BookWithCharts(const std::string& test) {
-    auto book = SalesBook(test);
-    for (auto* xml : {"column-revenue-by-region.xml", "bar-units-by-product.xml"}) {
-        auto r = ts::Run(Plotsmith("add " + Q(book) + " " + Q(Example(xml)) + " --sheet Sales"));
-        EXPECT_EQ(r.status, 0) << r.output;
-    }
-    return book;
-}
-
 // Runs a command with a pseudo-terminal as its standard error, as a person at a terminal does.
 ts::CommandResult OnTerminal(const std::string& command) { return ts::Run("script -qec " + ts::Quote(command) + " /dev/null"); }
 

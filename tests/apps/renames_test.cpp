@@ -15,17 +15,6 @@ using namespace clitest;
 
 namespace {
 
-// The example workbook with the column chart (categories Region, colours Quarter) and the bar
-// chart (categories Product, colours Region, values Units) on the Sales sheet.
-ts::fs::path BookWithCharts(const std::string& test) {
-    auto book = SalesBook(test);
-    for (auto* xml : {"column-revenue-by-region.xml", "bar-units-by-product.xml"}) {
-        auto r = ts::Run(Plotsmith("add " + Q(book) + " " + Q(Example(xml)) + " --sheet Sales"));
-        EXPECT_EQ(r.status, 0) << r.output;
-    }
-    return book;
-}
-
 // Edits the table's headings as a user does before telling the charts.
 void RenameHeadings(const ts::fs::path& book, std::vector<std::pair<std::string, std::string>> renames) {
     auto app = xlsx::NewApplication();
