@@ -109,6 +109,7 @@ PYBIND11_MODULE(_plotsmith, m) {
         .def_property_readonly("path", [](Session& s) { return s.wb().Path(); })
         .def("tables", [](Session& s) { return s.wb().Tables(); })
         .def("charts", [](Session& s) { return s.wb().Charts(); })
+        .def("table_id", [](Session& s, const std::string& t) { return s.wb().TableID(t); })
         .def("refresh", [](Session& s) { return s.Run([&] { s.wb().Refresh(); }); })
         .def("refresh_table", [](Session& s, const std::string& t) { return s.Run([&] { s.wb().RefreshTable(t); }); })
         .def("rename_columns",

@@ -118,9 +118,7 @@ class Progress {
 public:
     // The charts of one table (its id or name), or all with an empty table.
     Progress(session::Workbook& wb, const std::string& table) {
-        std::string id;
-        for (auto& t : wb.Tables())
-            if (t.id == table || host::UCase(t.id) == host::UCase(table) || host::UCase(t.name) == host::UCase(table)) id = t.id;
+        std::string id = table.empty() ? std::string() : wb.TableID(table);
         for (auto& ch : wb.Charts())
             if (table.empty() || ch.table == id) names_[ch.id] = ch.name;
         wb.OnChartStarted([this](const std::string& chartID) { Started(chartID); });

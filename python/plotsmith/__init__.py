@@ -91,10 +91,8 @@ class Workbook:
         """
         names, values = _rows_of(rows, columns)
         if names is None:
-            found = [t for t in self.tables() if t.id == table or t.id.upper() == table.upper() or t.name.upper() == table.upper()]
-            if not found:
-                raise Error(f"'{self.path}' has no table '{table}'")
-            names = list(found[0].columns)
+            table_id = self._live().table_id(table)
+            names = next(list(t.columns) for t in self.tables() if t.id == table_id)
         return self._live().update_table(table, list(names), values)
 
     def add(self, definition: str, sheet: str, new_sheet: bool = False) -> list[Chart]:

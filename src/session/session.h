@@ -65,6 +65,9 @@ public:
     host::Ref<xlsx::EngineApplication> Engine() const;
 
     std::vector<Table> Tables();
+    // The id of the table an operation names by id or by name, without regard to case, an exact
+    // id first; Refused, listing the tables, when the workbook has none such.
+    std::string TableID(const std::string& wanted);
     std::vector<Chart> Charts();
 
     // Rebuilds every chart, as a host's refresh does.
@@ -99,7 +102,6 @@ public:
 
 private:
     struct Host;
-    std::string TableID(const std::string& wanted);
     std::string path_;
     std::unique_ptr<Host> host_;
 };

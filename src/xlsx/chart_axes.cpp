@@ -689,9 +689,9 @@ pugi::xml_node AxisById(ChartDoc& doc, long id) {
 
 }  // namespace
 
-std::vector<long> PrepareAxes(ChartDoc& doc, const AxesSpec& spec, const std::vector<long>& old) {
+std::vector<long> PrepareAxes(ChartDoc& doc, const AxesSpec& want, const std::vector<long>& old) {
     auto pa = doc.PlotArea(true);
-    if (spec.none) {
+    if (want.none) {
         std::vector<pugi::xml_node> axes;
         for (auto n : pa.children())
             if (IsAxis(LocalName(n))) axes.push_back(n);
@@ -704,7 +704,7 @@ std::vector<long> PrepareAxes(ChartDoc& doc, const AxesSpec& spec, const std::ve
         val = AxisById(doc, old[1]);
         if (old.size() >= 3 && old[2]) ser = AxisById(doc, old[2]);
     }
-    bool xy = spec.xy;
+    bool xy = want.xy;
     bool fit = cat && val && LocalName(val) == "valAx" && (xy ? LocalName(cat) == "valAx" : LocalName(cat) != "valAx");
     if (!fit) {
         // rebuild the pair with the ids of the old one, or new ids
@@ -716,11 +716,11 @@ std::vector<long> PrepareAxes(ChartDoc& doc, const AxesSpec& spec, const std::ve
         cat = MakeAxisNode(doc, xy ? "valAx" : "catAx", idc, idv, "b", false);
         val = MakeAxisNode(doc, "valAx", idv, idc, "l", true);
     }
-    bool horizontal = spec.horizontal;
+    bool horizontal = want.horizontal;
     SetVal(cat, "axPos", horizontal ? "l" : "b", kAxOrder, doc.c);
     SetVal(val, "axPos", horizontal ? "b" : "l", kAxOrder, doc.c);
     if (LocalName(val) == "valAx" && !xy)
-        SetVal(val, "crossBetween", spec.midCat ? "midCat" : "between", kAxOrder, doc.c);
+        SetVal(val, "crossBetween", want.midCat ? "midCat" : "between", kAxOrder, doc.c);
     if (ser) pa.remove_child(ser);
     std::vector<long> ids = {LongOf(Val(cat, "axId")), LongOf(Val(val, "axId"))};
     // other axes (a secondary pair) go with the groups that used them

@@ -80,7 +80,7 @@ struct AxesSpec {
 };
 // The primary axes (category first, value second) fit for a type, made or rebuilt as needed; the
 // secondary ones go. Answers their ids.
-std::vector<long> PrepareAxes(ChartDoc& doc, const AxesSpec& spec, const std::vector<long>& old);
+std::vector<long> PrepareAxes(ChartDoc& doc, const AxesSpec& want, const std::vector<long>& old);
 std::vector<long> AxisIds(pugi::xml_node group);
 pugi::xml_node FindAxis(ChartDoc& doc, long type, long group);  // deleted ones too
 Ref<host::Axis> MakeAxis(DocPtr doc, long type, long group);
