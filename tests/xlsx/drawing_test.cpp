@@ -142,6 +142,7 @@ long CountParts(const ts::fs::path& file, const std::string& prefix) {
 }  // namespace
 
 TEST(Drawing, ApplicationShapesReadAsTheApplicationShowsThem) {
+    if (ts::SharedDir().empty()) GTEST_SKIP() << "../shared is not beside the source tree";
     auto app = xlsx::NewApplication();
 
     // Anchors through column widths (9.14 characters: 48 points) and rows of 12.75 points.
@@ -254,6 +255,7 @@ std::map<std::string, long> CountShapes(const Ref<Workbook>& wb) {
 }
 
 TEST(Drawing, ShapeCountsOfTheCorpusMatchItsIndex) {
+    if (ts::SharedDir().empty()) GTEST_SKIP() << "../shared is not beside the source tree";
     std::ifstream index(ts::SharedDir() / "corpus/excel/INDEX.tsv");
     ASSERT_TRUE(index) << "corpus index missing";
     // These hold mc:Fallback copies of shapes that the index counts and the application doesn't show.
@@ -451,6 +453,7 @@ TEST(Drawing, DeletingTheLastShapeRemovesTheDrawing) {
 }
 
 TEST(Drawing, DeletedShapeOfApplicationFileKeepsTheRest) {
+    if (ts::SharedDir().empty()) GTEST_SKIP() << "../shared is not beside the source tree";
     auto p = SalesWithoutPicture();
     auto app = xlsx::NewApplication();
     auto wb = app->Open(p.string());
@@ -478,6 +481,7 @@ TEST(Drawing, DeletedShapeOfApplicationFileKeepsTheRest) {
 }
 
 TEST(Drawing, ObjectsOfManyKindsReadAndDeleteWithTheirParts) {
+    if (ts::SharedDir().empty()) GTEST_SKIP() << "../shared is not beside the source tree";
     auto app = xlsx::NewApplication();
     auto wb = app->Open(Corpus("asposecloudj_Book1.xlsx").string());
     auto shapes = SheetAt(wb, 6)->Shapes();
@@ -506,6 +510,7 @@ TEST(Drawing, ObjectsOfManyKindsReadAndDeleteWithTheirParts) {
 }
 
 TEST(Drawing, FirstDrawingOfACommentedSheetGoesBeforeItsComments) {
+    if (ts::SharedDir().empty()) GTEST_SKIP() << "../shared is not beside the source tree";
     auto p = CommentedSheetWithShapes();
     auto sheet = PartText(p, "xl/worksheets/sheet1.xml");
     auto drawing = sheet.find("<drawing r:id=");
@@ -539,6 +544,7 @@ TEST(Drawing, GroupedShapesSaveAndReadBackInPlace) {
 }
 
 TEST(Drawing, WrittenFilesValidateAndOpenInLibreOffice) {
+    if (ts::SharedDir().empty()) GTEST_SKIP() << "../shared is not beside the source tree";
     std::vector<ts::fs::path> files = {NewBookWithShapes(), SalesWithoutPicture(), CommentedSheetWithShapes(),
                                        MixedSheetWithDeletions(), GroupedBook()};
     if (ts::HaveValidator()) {
